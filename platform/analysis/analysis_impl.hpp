@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/analysis/analysis.hpp"
+#include "platform/ast/syntax_tree.hpp"
+
+namespace ca::clients {
+
+class AnalysisImpl;
+
+/// Computes the analyses of one file on behalf of an `AnalysisImpl`. The
+/// front end supplies the real one; tests supply their own answers.
+class AnalysisProvider {
+ public:
+  virtual ~AnalysisProvider() = default;
+  virtual std::shared_ptr<nameresolution::SymbolTable const> makeSymbolTable(AnalysisImpl const& analysis) const = 0;
+  virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis(AnalysisImpl const& analysis) const = 0;
+};
+
+/// The analysis of a file that owns its syntax tree and hands out the analyses
+/// computed with it, each made by the provider when first asked and kept.
+///
+/// Invariants: the tree is never null and outlives every analysis handed out.
+class AnalysisImpl : public Analysis {
+ public:
+  AnalysisImpl(std::shared_ptr<astapi::SyntaxTree const> tree, std::shared_ptr<AnalysisProvider const> provider);
+
+  ast::Program const* getProgram() const override { return tree_->getProgram(); }
+  FileType getFileType() const override { return tree_->getFileType(); }
+  nameresolution::SymbolTable const* getSymbolTable() const override { return getSymbolTableImpl().get(); }
+
+  /// The symbol table, computed on first use.
+  std::shared_ptr<nameresolution::SymbolTable const> const& getSymbolTableImpl() const;
+  std::shared_ptr<astapi::SyntaxTree const> const& getTree() const noexcept { return tree_; }
+
+  std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const override;
+
+ private:
+  std::shared_ptr<astapi::SyntaxTree const> tree_;
+  std::shared_ptr<AnalysisProvider const> provider_;
+  mutable std::shared_ptr<nameresolution::SymbolTable const> symbolTable_;
+};
+
+}  // namespace ca::clients

@@ -1,0 +1,22 @@
+#include "platform/ast/syntax_tree.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace ca::astapi {
+
+TextView TreeBuilder::text(std::u16string_view text) {
+  if (text.empty()) return {};
+  auto* memory = static_cast<char16_t*>(tree_->arena_.allocate(text.size() * sizeof(char16_t), alignof(char16_t)));
+  std::copy(text.begin(), text.end(), memory);
+  return {memory, text.size()};
+}
+
+std::shared_ptr<SyntaxTree const> TreeBuilder::finish(ast::Program const* program, FileType fileType) {
+  if (!tree_) throw std::logic_error("TreeBuilder::finish called twice");
+  tree_->program_ = program;
+  tree_->fileType_ = fileType;
+  return std::shared_ptr<SyntaxTree const>(tree_.release());
+}
+
+}  // namespace ca::astapi

@@ -1,0 +1,130 @@
+// The analysis object: its cache of analyses, the lazily made symbol table,
+// and the use-def records.
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "platform/usedef/usedef_analysis.hpp"
+#include "tests/support/test_analysis.hpp"
+#include "tests/support/tree_maker.hpp"
+
+namespace {
+
+using plexus::testing::TreeMaker;
+
+// An analysis class reached through get<T>, counting how often it is made.
+struct Counted {
+  static inline int made = 0;
+  static inline bool fail = false;
+  static inline bool reenter = false;
+  int serial = 0;
+  static ca::astapi::StringId GetAnalysisId() { return ca::astapi::StringId(u"test::Counted"); }
+  static std::shared_ptr<Counted> Create(ca::Analysis const& analysis) {
+    if (fail) throw std::runtime_error("analysis failed");
+    if (reenter) {
+      // Asks for itself while being made: the inner instance is entered first.
+      reenter = false;
+      analysis.get<Counted>();
+    }
+    auto made_now = std::make_shared<Counted>();
+    made_now->serial = ++made;
+    return made_now;
+  }
+};
+
+struct AnalysisTest : ::testing::Test {
+  void SetUp() override {
+    Counted::made = 0;
+    Counted::fail = false;
+    Counted::reenter = false;
+  }
+  TreeMaker t;
+  std::shared_ptr<plexus::testing::TestProvider> provider = std::make_shared<plexus::testing::TestProvider>();
+  std::unique_ptr<ca::clients::AnalysisImpl> analysis = plexus::testing::makeAnalysis(t.program({}), provider);
+};
+
+TEST_F(AnalysisTest, GetMakesAnAnalysisOnceAndReturnsTheCachedOne) {
+  Counted& first = analysis->get<Counted>();
+  Counted& second = analysis->get<Counted>();
+  EXPECT_EQ(&first, &second);
+  EXPECT_EQ(Counted::made, 1);
+  // Another analysis object has its own cache.
+  auto other = plexus::testing::makeAnalysis(TreeMaker().program({}));
+  EXPECT_NE(&other->get<Counted>(), &first);
+  EXPECT_EQ(Counted::made, 2);
+}
+
+TEST_F(AnalysisTest, FailedCreateLeavesTheCacheAsItWas) {
+  Counted::fail = true;
+  EXPECT_THROW(analysis->get<Counted>(), std::runtime_error);
+  Counted::fail = false;
+  EXPECT_EQ(analysis->get<Counted>().serial, 1);
+}
+
+TEST_F(AnalysisTest, AnEntryMadeMeanwhileStaysAndTheNewOneIsDropped) {
+  Counted::reenter = true;
+  Counted& result = analysis->get<Counted>();
+  EXPECT_EQ(Counted::made, 2);
+  EXPECT_EQ(result.serial, 1);
+  EXPECT_EQ(&analysis->get<Counted>(), &result);
+}
+
+TEST_F(AnalysisTest, SymbolTableIsMadeOnFirstUseOnly) {
+  EXPECT_EQ(provider->symbolTablesMade, 0);
+  EXPECT_NE(analysis->getSymbolTable(), nullptr);
+  EXPECT_EQ(analysis->getSymbolTable(), analysis->getSymbolTableImpl().get());
+  EXPECT_EQ(provider->symbolTablesMade, 1);
+  EXPECT_EQ(analysis->getProgram(), analysis->getTree()->getProgram());
+  EXPECT_EQ(analysis->getFileType(), ca::FileType::Script);
+}
+
+TEST_F(AnalysisTest, RequiresATreeAndAProvider) {
+  EXPECT_THROW(ca::clients::AnalysisImpl(nullptr, provider), std::invalid_argument);
+  EXPECT_THROW(ca::clients::AnalysisImpl(TreeMaker().program({}), nullptr), std::invalid_argument);
+}
+
+TEST(UseDef, RecordKindsDecideDefinitionAndUseAndBothShareOneBase) {
+  TreeMaker t;
+  auto* x = t.id("x");
+  ca::usedef::FullAssignmentDef full(x);
+  ca::usedef::PartialAssignmentUseDef partial(x);
+  ca::usedef::VariableUse use(x);
+  ca::usedef::InputDef input(x);
+
+  EXPECT_TRUE(full.isDefinition());
+  EXPECT_FALSE(full.isUse());
+  EXPECT_EQ(full.getKind(), ca::usedef::FullAssignmentDef::ClassKind);
+  EXPECT_TRUE(partial.isDefinition());
+  EXPECT_TRUE(partial.isUse());
+  EXPECT_EQ(partial.getKind(), ca::usedef::PartialAssignmentUseDef::ClassKind);
+  EXPECT_FALSE(use.isDefinition());
+  EXPECT_TRUE(use.isUse());
+  EXPECT_EQ(input.getKind(), ca::usedef::UseDefBase::Kind::InputDef);
+
+  ca::usedef::UseDefBase const* base = &partial;
+  auto const* asDefinition = dynamic_cast<ca::usedef::Definition const*>(base);
+  auto const* asUse = dynamic_cast<ca::usedef::Use const*>(base);
+  ASSERT_NE(asDefinition, nullptr);
+  ASSERT_NE(asUse, nullptr);
+  EXPECT_EQ(static_cast<ca::usedef::UseDefBase const*>(asDefinition), static_cast<ca::usedef::UseDefBase const*>(asUse));
+  EXPECT_EQ(asUse->getIdentifier(), x);
+  EXPECT_EQ(dynamic_cast<ca::usedef::Use const*>(static_cast<ca::usedef::UseDefBase const*>(&full)), nullptr);
+
+  use.setDefinition(&full);
+  EXPECT_EQ(use.getDefinition(), &full);
+}
+
+TEST(UseDef, AnalysisHandsOutItsRecordsInOrder) {
+  TreeMaker t;
+  plexus::testing::UseDefRecords records;
+  records.push_back(std::make_unique<ca::usedef::FullAssignmentDef>(t.id("a")));
+  records.push_back(std::make_unique<ca::usedef::VariableUse>(t.id("b")));
+  ca::usedef::UseDefBase const* first = records[0].get();
+  ca::usedef::UseDefBase const* second = records[1].get();
+  ca::usedef::UseDefAnalysis analysis(std::move(records));
+  EXPECT_EQ(analysis.getAllUseDefs(), (std::vector<ca::usedef::UseDefBase const*>{first, second}));
+  EXPECT_EQ(ca::usedef::UseDefAnalysis::GetAnalysisId(), ca::astapi::StringId(u"ca::usedef::UseDefAnalysis"));
+}
+
+}  // namespace
