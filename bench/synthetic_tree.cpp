@@ -156,7 +156,7 @@ class Generator {
   ast::Node const* statement(int depth) {
     // One statement in five opens a block at the top of a function, fewer the
     // deeper it stands, so that most code sits at the first two levels.
-    std::uint32_t const nesting = 20 * (kMaxStatementDepth - depth) / (kMaxStatementDepth - 1);
+    auto const nesting = static_cast<std::uint32_t>(20 * (kMaxStatementDepth - depth) / (kMaxStatementDepth - 1));
     if (percent(nesting)) {
       std::uint32_t const roll = below(20);
       if (roll < 10) return ifStatement(depth);

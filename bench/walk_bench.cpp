@@ -56,8 +56,9 @@ Corpus const& corpus() {
 struct SharedRules {
   SharedRules() : hits(plexus::bench::benchmarkRules().size()) {
     auto const& rules = plexus::bench::benchmarkRules();
-    for (std::size_t index = 0; index < rules.size(); ++index)
+    for (std::size_t index = 0; index < rules.size(); ++index) {
       plexus::bench::declareRule(all, rules[index], hits[index]);
+    }
   }
   AllNodes all;
   std::vector<std::uint64_t> hits;

@@ -59,7 +59,7 @@ class ProducerImpl : public ProducerBase {
 
   /// Unlinks a consumer, keeping the order of the others.
   void detach(Consumer<T> const* consumer) {
-    consumer_producers(consumer).erase(this);
+    producersOf(consumer).erase(this);
     std::erase_if(consumers_, [consumer](auto const& held) { return held.get() == consumer; });
   }
 
@@ -86,7 +86,7 @@ class ProducerImpl : public ProducerBase {
   std::shared_ptr<ProducerImpl<U>> downcast();
 
  private:
-  static std::set<ProducerImpl<T> const*>& consumer_producers(Consumer<T> const* consumer) {
+  static std::set<ProducerImpl<T> const*>& producersOf(Consumer<T> const* consumer) {
     return const_cast<Consumer<T>*>(consumer)->producers_;
   }
 
