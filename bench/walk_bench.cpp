@@ -25,6 +25,9 @@ using ca::rulesystem::AllNodes;
 using plexus::bench::Rule;
 
 constexpr std::size_t kTreeNodes = 1'000'000;
+// A tree of the size of one large source file, which stays in the caches: the
+// walk over the big tree is bound by memory latency, this one is not.
+constexpr std::size_t kFileSizedTreeNodes = 20'000;
 
 /// Stops the process when a premise of the measurements does not hold: a
 /// number measured on a graph that is not what it claims to be is worthless.
@@ -40,15 +43,22 @@ struct Corpus {
   std::size_t nodes = 0;
 };
 
+Corpus makeCorpus(std::size_t nodes) {
+  Corpus corpus;
+  corpus.analysis = plexus::bench::makeBenchAnalysis(plexus::bench::makeSyntheticTree(nodes));
+  corpus.nodes = corpus.analysis->getTree()->getNodeCount();
+  // The records are computed on first use; compute them here, untimed.
+  corpus.analysis->get<ca::usedef::UseDefAnalysis>();
+  return corpus;
+}
+
 Corpus const& corpus() {
-  static Corpus const made = [] {
-    Corpus corpus;
-    corpus.analysis = plexus::bench::makeBenchAnalysis(plexus::bench::makeSyntheticTree(kTreeNodes));
-    corpus.nodes = corpus.analysis->getTree()->getNodeCount();
-    // The records are computed on first use; compute them here, untimed.
-    corpus.analysis->get<ca::usedef::UseDefAnalysis>();
-    return corpus;
-  }();
+  static Corpus const made = makeCorpus(kTreeNodes);
+  return made;
+}
+
+Corpus const& fileSizedCorpus() {
+  static Corpus const made = makeCorpus(kFileSizedTreeNodes);
   return made;
 }
 
@@ -112,9 +122,9 @@ CheckedRules const& checkedRules() {
   return rules;
 }
 
-void reportPerNode(benchmark::State& state) {
-  double const nodes = static_cast<double>(corpus().nodes);
-  state.SetItemsProcessed(static_cast<std::int64_t>(corpus().nodes) * state.iterations());
+void reportPerNode(benchmark::State& state, Corpus const& walked = corpus()) {
+  double const nodes = static_cast<double>(walked.nodes);
+  state.SetItemsProcessed(static_cast<std::int64_t>(walked.nodes) * state.iterations());
   // An inverted rate of an iteration-invariant count is seconds per counted
   // unit: 1 / (count * iterations / seconds). Counting units of 1e9 nodes
   // turns that into nanoseconds per node.
@@ -151,9 +161,29 @@ void BM_UnsharedRules100(benchmark::State& state) {
   reportPerNode(state);
 }
 
+void BM_WalkNoConsumersFileSized(benchmark::State& state) {
+  auto const& analysis = *fileSizedCorpus().analysis;
+  AllNodes const all;
+  for (auto _ : state) all.execute(analysis, nullptr);
+  reportPerNode(state, fileSizedCorpus());
+}
+
+void BM_SharedRules100FileSized(benchmark::State& state) {
+  auto const& analysis = *fileSizedCorpus().analysis;
+  SharedRules const& rules = checkedRules().shared;
+  for (auto _ : state) {
+    rules.all.execute(analysis, nullptr);
+    benchmark::DoNotOptimize(rules.hits.data());
+    benchmark::ClobberMemory();
+  }
+  reportPerNode(state, fileSizedCorpus());
+}
+
 BENCHMARK(BM_WalkNoConsumers)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_SharedRules100)->Unit(benchmark::kMillisecond)->MinTime(3.0);
 BENCHMARK(BM_UnsharedRules100)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_WalkNoConsumersFileSized)->Unit(benchmark::kMicrosecond)->MinTime(1.0);
+BENCHMARK(BM_SharedRules100FileSized)->Unit(benchmark::kMicrosecond)->MinTime(1.0);
 
 }  // namespace
 
@@ -161,6 +191,7 @@ int main(int argc, char** argv) {
   // Build and check everything before the run, so that the sizes head the
   // report and a failed check stops the process before any number is shown.
   benchmark::AddCustomContext("tree_nodes", std::to_string(corpus().nodes));
+  benchmark::AddCustomContext("file_sized_tree_nodes", std::to_string(fileSizedCorpus().nodes));
   benchmark::AddCustomContext(
       "use_def_records", std::to_string(corpus().analysis->get<ca::usedef::UseDefAnalysis>().getAllUseDefs().size()));
   benchmark::AddCustomContext("rules", std::to_string(plexus::bench::benchmarkRules().size()));

@@ -12,6 +12,9 @@ class ControlFlowNode;
 
 namespace ca::usedef {
 
+class Definition;
+class Use;
+
 /// A record of the use-def analysis: a definition of a variable, a use of one,
 /// or both at once (an assignment to part of a variable).
 ///
@@ -42,18 +45,31 @@ class UseDefBase {
   /// The identifier that the record is about.
   ast::Identifier const* getIdentifier() const noexcept { return identifier_; }
 
+  /// This record as a `Definition`, or null when it is none: the checked
+  /// downcast, read from a field instead of searched through the virtual base.
+  Definition const* asDefinition() const noexcept { return definition_; }
+  /// This record as a `Use`, or null when it is none.
+  Use const* asUse() const noexcept { return use_; }
+
  protected:
   UseDefBase(Kind kind, ast::Identifier const* identifier) noexcept : kind_(kind), identifier_(identifier) {}
 
  private:
+  friend class Definition;
+  friend class Use;
+
   Kind kind_;
   ast::Identifier const* identifier_;
+  Definition const* definition_ = nullptr;
+  Use const* use_ = nullptr;
 };
 
 /// A definition of a variable.
 class Definition : public virtual UseDefBase {
  protected:
-  Definition() noexcept : UseDefBase(Kind::FullAssignmentDef, nullptr) {}
+  // The virtual base is constructed by the most derived class; this
+  // initialiser only satisfies the language.
+  Definition() noexcept : UseDefBase(Kind::FullAssignmentDef, nullptr) { definition_ = this; }
 };
 
 /// A use of a variable, linked to the definition that reaches it and to its
@@ -68,7 +84,7 @@ class Use : public virtual UseDefBase {
   void setCfgNode(controlflow::ControlFlowNode const* node) noexcept { cfgNode_ = node; }
 
  protected:
-  Use() noexcept : UseDefBase(Kind::VariableUse, nullptr) {}
+  Use() noexcept : UseDefBase(Kind::VariableUse, nullptr) { use_ = this; }
 
  private:
   Definition const* definition_ = nullptr;

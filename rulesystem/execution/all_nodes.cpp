@@ -43,10 +43,10 @@ void AllNodes::execute(ca::Analysis const& analysis, MessageHelper const* helper
   std::vector<ca::usedef::UseDefBase const*> const records = analysis.get<ca::usedef::UseDefAnalysis>().getAllUseDefs();
   for (ca::usedef::UseDefBase const* record : records) {
     if (record->isDefinition()) {
-      definition->produce(dynamic_cast<ca::usedef::Definition const*>(record), analysis, helper);
+      definition->produce(record->asDefinition(), analysis, helper);
     }
     if (record->isUse()) {
-      use->produce(dynamic_cast<ca::usedef::Use const*>(record), analysis, helper);
+      use->produce(record->asUse(), analysis, helper);
     }
   }
 }

@@ -110,6 +110,12 @@ TEST(UseDef, RecordKindsDecideDefinitionAndUseAndBothShareOneBase) {
   EXPECT_EQ(static_cast<ca::usedef::UseDefBase const*>(asDefinition), static_cast<ca::usedef::UseDefBase const*>(asUse));
   EXPECT_EQ(asUse->getIdentifier(), x);
   EXPECT_EQ(dynamic_cast<ca::usedef::Use const*>(static_cast<ca::usedef::UseDefBase const*>(&full)), nullptr);
+  // The facets agree with the checked casts.
+  EXPECT_EQ(base->asDefinition(), asDefinition);
+  EXPECT_EQ(base->asUse(), asUse);
+  EXPECT_EQ(full.asUse(), nullptr);
+  EXPECT_EQ(use.asDefinition(), nullptr);
+  EXPECT_EQ(use.asUse(), &use);
 
   use.setDefinition(&full);
   EXPECT_EQ(use.getDefinition(), &full);
