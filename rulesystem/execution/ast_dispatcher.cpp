@@ -1,6 +1,5 @@
 #include "rulesystem/execution/ast_dispatcher.hpp"
 
-#include <sstream>
 #include <stdexcept>
 
 namespace ca::rulesystem {
@@ -10,9 +9,8 @@ namespace ca::rulesystem {
 template <class X>
 Node const* AstDispatcher::visit(X const& node) const {
   if constexpr (std::is_same_v<X, Node>) {
-    // A kind that is no kind (0 or above 66).
-    std::ostringstream sentence;
-    sentence << "Unhandled node kind \"" << node.getKind() << "\" encountered in AstDispatcher.";
+    // A kind that is no kind (0 or above 66). The text is fixed and leaves the
+    // kind out, so that callers can match on it.
     throw std::logic_error("Unhandled node kind encountered in AstDispatcher");
   } else if constexpr (std::is_same_v<X, Identifier> || std::is_same_v<X, OpaqueExpression> ||
                        std::is_same_v<X, OpaqueStatement>) {
