@@ -5,9 +5,14 @@
 
 namespace ca::astapi {
 
+std::pmr::memory_resource& TreeBuilder::arena() {
+  if (!tree_) throw std::logic_error("TreeBuilder used after finish");
+  return tree_->arena_;
+}
+
 TextView TreeBuilder::text(std::u16string_view text) {
   if (text.empty()) return {};
-  auto* memory = static_cast<char16_t*>(tree_->arena_.allocate(text.size() * sizeof(char16_t), alignof(char16_t)));
+  auto* memory = static_cast<char16_t*>(arena().allocate(text.size() * sizeof(char16_t), alignof(char16_t)));
   std::copy(text.begin(), text.end(), memory);
   return {memory, text.size()};
 }

@@ -55,7 +55,7 @@ class TreeBuilder {
   template <class T, class... Args>
   T* make(Args&&... args) {
     static_assert(std::is_trivially_destructible_v<T>, "tree nodes must be trivially destructible");
-    void* memory = tree_->arena_.allocate(sizeof(T), alignof(T));
+    void* memory = arena().allocate(sizeof(T), alignof(T));
     ++tree_->nodeCount_;
     return ::new (memory) T(std::forward<Args>(args)...);
   }
@@ -85,10 +85,13 @@ class TreeBuilder {
   std::shared_ptr<SyntaxTree const> finish(ast::Program const* program, FileType fileType = FileType::Script);
 
  private:
+  /// The arena of the tree being built; throws std::logic_error after `finish`.
+  std::pmr::memory_resource& arena();
+
   template <class T>
   T const** allocateArray(std::size_t count) {
     if (count == 0) return nullptr;
-    return static_cast<T const**>(tree_->arena_.allocate(count * sizeof(T const*), alignof(T const*)));
+    return static_cast<T const**>(arena().allocate(count * sizeof(T const*), alignof(T const*)));
   }
   template <class T>
   lf::astapi::NodeList<T> copyList(T const* const* items, std::size_t count) {

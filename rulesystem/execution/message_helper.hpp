@@ -3,8 +3,14 @@
 namespace ca::rulesystem {
 
 class Profiler;
-/// Whatever the rules' own consumers report to; the engine never looks at it.
-class MessageSink;
+
+/// The base of whatever the rules' own consumers report to: an application
+/// derives its reporter from it and its consumers cast back. The engine never
+/// looks at it.
+class MessageSink {
+ public:
+  virtual ~MessageSink() = default;
+};
 
 /// The context that travels unchanged with every item from producer to
 /// consumer. The engine reads only `profiler`: counting is on exactly when a

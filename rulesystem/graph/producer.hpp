@@ -17,6 +17,15 @@
 
 namespace ca::rulesystem {
 
+template <class T>
+class ProducerImpl;
+template <class T, class Key>
+class Switchable;
+template <class In, class Out, class Key>
+class Switch;
+template <class T>
+std::shared_ptr<ProducerImpl<T>> combine(std::set<ProducerImpl<T>*> const& inputs);
+
 /// A producer vertex for items of type T: it hands each item to its consumers,
 /// in order of attachment, each to the end of its branch before the next.
 ///
@@ -76,6 +85,18 @@ class ProducerImpl : public ProducerBase {
   template <class Out>
   std::shared_ptr<ProducerImpl<Out>> selectMany(std::unique_ptr<SelectMany<T, Out>> stage);
 
+  /// Adds the branch that a multi-answer question selects: one case of the
+  /// switch on the question's key for a single key, or the combination of the
+  /// cases for several. Defined with `Switch`.
+  template <class Out, class Key>
+  std::shared_ptr<ProducerImpl<Out>> where(std::unique_ptr<Switchable<T, Key>> switchable);
+
+  /// The one switch below this producer on the key that `keyTransform`
+  /// computes: found by the transform's identity, or made and attached.
+  /// Empty when an equal transform already keys a consumer of another kind.
+  template <class Out, class Key>
+  std::shared_ptr<Switch<T, Out, Key>> getSwitch(std::unique_ptr<Transform<T, Key>> keyTransform);
+
   /// Hands items on as the base class U; all upcasts to U here are one vertex.
   template <class U>
   std::shared_ptr<ProducerImpl<U>> upcast();
@@ -95,12 +116,13 @@ class ProducerImpl : public ProducerBase {
   std::map<TransformBase const*, std::shared_ptr<ProducerBase>, TransformCompare> transforms_;
   std::map<SelectManyBase const*, std::shared_ptr<ProducerBase>, SelectManyCompare> selectManys_;
 
- protected:
-  // Used by the switch and combine constructs.
+  // One switch per key-extracting transform, under the transform it owns.
   std::map<TransformBase const*, std::shared_ptr<ConsumerBase>, TransformCompare> switches_;
+  // Combinations of producers that have this one as their lowest address.
   std::map<std::set<ProducerImpl<T>*>, std::shared_ptr<ProducerImpl<T>>> combinations_;
+  template <class U>
+  friend std::shared_ptr<ProducerImpl<U>> combine(std::set<ProducerImpl<U>*> const& inputs);
 
- private:
   // Reserved for extensions keyed by an object's address; nothing fills it.
   std::map<void const*, std::shared_ptr<void>> reserved_;
 };

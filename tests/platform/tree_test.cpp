@@ -85,6 +85,15 @@ TEST(Tree, BuilderSetsKindsBitsParentsAndKeepsTexts) {
   static_assert(std::is_trivially_destructible_v<ast::NumberLiteral>);
 }
 
+TEST(Tree, BuilderRefusesWorkAfterHandingTheTreeOver) {
+  TreeMaker t;
+  auto tree = t.program({});
+  EXPECT_THROW(t.id("late"), std::logic_error);
+  EXPECT_THROW(t.b.text(u"late"), std::logic_error);
+  EXPECT_THROW(t.program({}), std::logic_error);
+  EXPECT_NE(tree->getProgram(), nullptr);
+}
+
 TEST(Tree, SourceRangesAreRecordedPerNode) {
   TreeMaker t;
   auto* x = t.id("x");

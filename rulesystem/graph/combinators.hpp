@@ -1,0 +1,106 @@
+#pragma once
+
+// Negation and disjunction of predicates. There is no conjunction: chaining
+// `where` stages is one, and lets each stage be shared.
+
+#include <concepts>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <typeinfo>
+
+#include "rulesystem/graph/stage.hpp"
+
+namespace ca::rulesystem {
+
+/// `!p`: passes what `p` rejects.
+///
+///     all.function | !isNested()
+template <class T>
+class NotPredicate final : public Predicate<T> {
+ public:
+  explicit NotPredicate(std::unique_ptr<Predicate<T>> operand) : predicate(std::move(operand)) {}
+
+  std::u16string description() const override { return u"!( " + predicate->description() + u" )"; }
+  bool dependsOn(ConsumerBase const* other) const override { return predicate->dependsOn(other); }
+  bool lessThan(PredicateBase const* other) const override {
+    return PredicateCompare()(predicate.get(), dynamic_cast<NotPredicate const*>(other)->predicate.get());
+  }
+  bool test(T item, ca::Analysis const& analysis) override { return !predicate->test(item, analysis); }
+
+  std::unique_ptr<Predicate<T>> const predicate;
+};
+
+/// `a || b`: passes what either passes. Both operands are tested for every
+/// item, also when the first passes, since testing may change state (a
+/// subrule's pending signal is used up by its test).
+template <class T, class L, class R>
+class OrPredicate final : public Predicate<T> {
+ public:
+  OrPredicate(std::unique_ptr<Predicate<L>> firstOperand, std::unique_ptr<Predicate<R>> secondOperand)
+      : first(std::move(firstOperand)), second(std::move(secondOperand)) {}
+
+  std::u16string description() const override {
+    return u"(" + first->description() + u") || (" + second->description() + u")";
+  }
+  bool dependsOn(ConsumerBase const* other) const override {
+    return first->dependsOn(other) || second->dependsOn(other);
+  }
+  bool lessThan(PredicateBase const* other) const override {
+    auto const* that = dynamic_cast<OrPredicate const*>(other);
+    PredicateCompare const cmp;
+    if (cmp(first.get(), that->first.get())) return true;
+    if (cmp(that->first.get(), first.get())) return false;
+    // The second operands compare the other way round; still a strict weak
+    // order, and it fixes the order of entries in the stage maps.
+    return cmp(that->second.get(), second.get());
+  }
+  bool test(T item, ca::Analysis const& analysis) override {
+    bool const firstPassed = first->test(ItemConversion<L, T>::convert(item), analysis);
+    bool const secondPassed = second->test(ItemConversion<R, T>::convert(item), analysis);
+    return firstPassed || secondPassed;
+  }
+
+  std::unique_ptr<Predicate<L>> const first;
+  std::unique_ptr<Predicate<R>> const second;
+};
+
+namespace detail {
+template <class S>
+concept PredicateStage = std::derived_from<S, PredicateBase>;
+
+/// The item type of a disjunction: the operands' common item, where one that
+/// looks only at the analysis (`Typeless`) takes the other's, and of a base
+/// and a derived class the derived one, which both operands can take.
+template <class L, class R>
+using OrItem = std::conditional_t<std::is_same_v<L, Typeless>, R,
+                                  std::conditional_t<std::is_same_v<R, Typeless> || std::is_convertible_v<L, R>, L, R>>;
+}  // namespace detail
+
+/// Negation of a predicate; takes the operand over.
+template <detail::PredicateStage S>
+std::unique_ptr<Predicate<typename S::Item>> operator!(std::unique_ptr<S> operand) {
+  using T = typename S::Item;
+  return std::make_unique<NotPredicate<T>>(std::unique_ptr<Predicate<T>>(std::move(operand)));
+}
+
+/// Disjunction of two predicates; takes both over. The operands are put in an
+/// order fixed by their classes, so that `a || b` and `b || a` are one stage.
+/// A null operand raises std::bad_typeid.
+template <detail::PredicateStage A, detail::PredicateStage B>
+std::unique_ptr<Predicate<detail::OrItem<typename A::Item, typename B::Item>>> operator||(std::unique_ptr<A> left,
+                                                                                          std::unique_ptr<B> right) {
+  using LeftItem = typename A::Item;
+  using RightItem = typename B::Item;
+  using T = detail::OrItem<LeftItem, RightItem>;
+  std::unique_ptr<Predicate<LeftItem>> l(std::move(left));
+  std::unique_ptr<Predicate<RightItem>> r(std::move(right));
+  std::type_info const& leftClass = typeid(*l);
+  std::type_info const& rightClass = typeid(*r);
+  if (leftClass.before(rightClass)) {
+    return std::make_unique<OrPredicate<T, LeftItem, RightItem>>(std::move(l), std::move(r));
+  }
+  return std::make_unique<OrPredicate<T, RightItem, LeftItem>>(std::move(r), std::move(l));
+}
+
+}  // namespace ca::rulesystem

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <type_traits>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/i18n/i18n.hpp"
+#include "rulesystem/graph/combine.hpp"
+#include "rulesystem/graph/producer.hpp"
+
+namespace ca::rulesystem {
+
+/// A question with many answers, asked as a filter: "is the name of this call
+/// one of these?". Not a stage but a recipe for one: `where` turns it into a
+/// branch of the one `Switch` that computes the key behind a producer, so the
+/// cost per item does not grow with the number of rules that ask.
+///
+///     class IsCallNamed final : public Switchable<Call const&, StringId> { ... };
+///     all.calls | std::make_unique<IsCallNamed>(StringId(u"eval"))
+template <class T, class Key>
+class Switchable {
+ public:
+  using Item = T;
+  using KeyType = Key;
+
+  virtual ~Switchable() = default;
+  /// A new transform that computes the key of an item.
+  virtual std::unique_ptr<Transform<T, Key>> getTransform() const = 0;
+  /// The keys that pass; never empty.
+  virtual std::set<Key> getKeys() const = 0;
+};
+
+/// Computes a key once per item and hands the item to the one case that
+/// listens for that key, with a single hash lookup. Items whose key has no
+/// case end here, silently.
+///
+/// Invariants: owns its key transform and its cases; cases are only added,
+/// during declaration, and never during a run. A case's consumers are reached
+/// only through the switch, so the cases stand in `extraChildren`, not among
+/// anyone's consumers.
+template <class In, class Out, class Key>
+class Switch final : public Consumer<In> {
+ public:
+  /// One branch of the switch: a complete producer, under which stages share
+  /// as under any other.
+  class CaseProducer final : public ProducerImpl<Out>, public ConsumerDependent {
+   public:
+    CaseProducer(Switch const* owner, Key caseKey) : parent(owner), key(std::move(caseKey)) {}
+
+    std::u16string kindDescription() const override { return u"Case"; }
+    std::u16string detailsDescription() const override {
+      if constexpr (std::is_same_v<Key, std::u16string>) {
+        return key;
+      } else {
+        fl::i18n::TextStream text;
+        text << key;
+        return text.str();
+      }
+    }
+    /// A case depends on what its switch depends on.
+    bool dependsOn(ConsumerBase const* other) const override { return parent->dependsOn(other); }
+
+    Switch const* const parent;
+    Key const key;
+  };
+
+  explicit Switch(std::unique_ptr<Transform<In, Key>> keyTransform) : transform(std::move(keyTransform)) {
+    cases.max_load_factor(1.0f);
+  }
+
+  std::u16string kindDescription() const override { return u"Switch"; }
+  std::u16string detailsDescription() const override { return transform->description(); }
+  std::vector<ConsumerDependent const*> extraChildren() const override {
+    std::vector<ConsumerDependent const*> children;
+    children.reserve(cases.size());
+    for (auto const& [key, branch] : cases) children.push_back(branch.get());
+    return children;
+  }
+
+  void consume(In item, ca::Analysis const& analysis, MessageHelper const* helper) const override {
+    Key const key = transform->transform(item, analysis);
+    if (auto found = cases.find(key); found != cases.end()) found->second->produce(item, analysis, helper);
+  }
+
+  /// The case for `key`, made when it is not there yet.
+  std::shared_ptr<CaseProducer> getCase(Key const& key) {
+    auto [entry, made] = cases.try_emplace(key);
+    if (made) entry->second = std::make_shared<CaseProducer>(this, key);
+    return entry->second;
+  }
+
+  /// The cases for `keys`, made where missing, as plain pointers; the switch
+  /// keeps them alive.
+  std::set<ProducerImpl<Out>*> getCases(std::set<Key> const& keys) {
+    std::set<ProducerImpl<Out>*> branches;
+    for (Key const& key : keys) branches.insert(getCase(key).get());
+    return branches;
+  }
+
+  std::unique_ptr<Transform<In, Key>> const transform;
+  std::unordered_map<Key, std::shared_ptr<CaseProducer>> cases;
+};
+
+template <class T>
+template <class Out, class Key>
+std::shared_ptr<Switch<T, Out, Key>> ProducerImpl<T>::getSwitch(std::unique_ptr<Transform<T, Key>> keyTransform) {
+  if (auto found = switches_.find(keyTransform.get()); found != switches_.end()) {
+    return std::dynamic_pointer_cast<Switch<T, Out, Key>>(found->second);
+  }
+  auto made = std::make_shared<Switch<T, Out, Key>>(std::move(keyTransform));
+  attach(made);
+  switches_.emplace(made->transform.get(), made);
+  return made;
+}
+
+template <class T>
+template <class Out, class Key>
+std::shared_ptr<ProducerImpl<Out>> ProducerImpl<T>::where(std::unique_ptr<Switchable<T, Key>> switchable) {
+  std::shared_ptr<Switch<T, Out, Key>> const branching = getSwitch<Out, Key>(switchable->getTransform());
+  std::set<Key> const keys = switchable->getKeys();
+  if (keys.size() == 1) return branching->getCase(*keys.begin());
+  return combine(branching->getCases(keys));
+}
+
+/// `producer | switchable`: the branch of the keys asked for.
+template <class T, class S>
+requires std::derived_from<S, Switchable<typename S::Item, typename S::KeyType>> && std::same_as<typename S::Item, T>
+    Producer<T>
+operator|(Producer<T> producer, std::unique_ptr<S> switchable) {
+  using Key = typename S::KeyType;
+  return Producer<T>(producer.impl->template where<T, Key>(std::unique_ptr<Switchable<T, Key>>(std::move(switchable))));
+}
+
+}  // namespace ca::rulesystem

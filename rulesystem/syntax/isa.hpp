@@ -1,0 +1,67 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <type_traits>
+
+#include "platform/ast/ast.hpp"
+#include "rulesystem/graph/switch.hpp"
+#include "rulesystem/graph/tree_types.hpp"
+
+namespace ca::rulesystem {
+
+/// The key of the dispatch by node class: the node's kind.
+class KindTransform final : public Transform<Node const&, lf::astapi::NodeKind> {
+ public:
+  std::u16string description() const override { return u"NodeKind"; }
+  bool lessThan(TransformBase const*) const override { return false; }
+  lf::astapi::NodeKind transform(Node const& node, ca::Analysis const&) const override { return node.getKind(); }
+};
+
+/// Tag for `producer | isa<T>()`: the nodes of class T, handed on as T. All
+/// `isa` on one producer meet in one switch on the kind, so a node costs one
+/// lookup whatever the number of classes asked for.
+///
+///     Producer<Field const&> fields = all.program->upcast<Node const&>() ... | isa<Field>();
+template <class T>
+struct isa {};
+
+namespace detail {
+/// The kinds whose nodes are of class T: the one kind of a concrete class, and
+/// for the abstract classes the kinds whose class bits contain theirs.
+template <class T>
+std::set<lf::astapi::NodeKind> kindsOf() {
+  if constexpr (requires { T::Kind; }) {
+    return {T::Kind};
+  } else {
+    std::uint8_t bits = lf::astapi::kindflags::node;
+    if constexpr (std::is_same_v<T, Expression>) bits |= lf::astapi::kindflags::expression;
+    if constexpr (std::is_same_v<T, Method>) bits |= lf::astapi::kindflags::method;
+    std::set<lf::astapi::NodeKind> kinds;
+    for (lf::astapi::NodeKind kind : lf::astapi::getAllNodeKinds()) {
+      if ((lf::astapi::getKindFlags(kind) & bits) == bits) kinds.insert(kind);
+    }
+    return kinds;
+  }
+}
+}  // namespace detail
+
+template <class T>
+Producer<T const&> operator|(Producer<Node const&> producer, isa<T>) {
+  class IsSwitchable final : public Switchable<Node const&, lf::astapi::NodeKind> {
+   public:
+    explicit IsSwitchable(std::set<lf::astapi::NodeKind> kinds) : kinds_(std::move(kinds)) {}
+    std::unique_ptr<Transform<Node const&, lf::astapi::NodeKind>> getTransform() const override {
+      return std::make_unique<KindTransform>();
+    }
+    std::set<lf::astapi::NodeKind> getKeys() const override { return kinds_; }
+
+   private:
+    std::set<lf::astapi::NodeKind> kinds_;
+  };
+  auto branch = producer.impl->template where<Node const&, lf::astapi::NodeKind>(
+      std::make_unique<IsSwitchable>(detail::kindsOf<T>()));
+  return Producer<T const&>(branch->template downcast<T const&>());
+}
+
+}  // namespace ca::rulesystem
