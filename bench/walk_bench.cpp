@@ -5,8 +5,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <numeric>
 #include <string>
@@ -14,6 +12,7 @@
 
 #include "bench/bench_analysis.hpp"
 #include "bench/graph_census.hpp"
+#include "bench/premise.hpp"
 #include "bench/rule_set.hpp"
 #include "bench/synthetic_tree.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
@@ -22,20 +21,13 @@
 namespace {
 
 using ca::rulesystem::AllNodes;
+using plexus::bench::require;
 using plexus::bench::Rule;
 
 constexpr std::size_t kTreeNodes = 1'000'000;
 // A tree of the size of one large source file, which stays in the caches: the
 // walk over the big tree is bound by memory latency, this one is not.
 constexpr std::size_t kFileSizedTreeNodes = 20'000;
-
-/// Stops the process when a premise of the measurements does not hold: a
-/// number measured on a graph that is not what it claims to be is worthless.
-void require(bool premise, std::string const& what) {
-  if (premise) return;
-  std::fprintf(stderr, "plexus_bench: %s\n", what.c_str());
-  std::abort();
-}
 
 /// The tree and its analysis, made once per process.
 struct Corpus {
