@@ -5,6 +5,7 @@
 #include <memory>
 #include <memory_resource>
 #include <new>
+#include <span>
 #include <string_view>
 #include <type_traits>
 #include <vector>
@@ -71,6 +72,14 @@ class TreeBuilder {
     T const** array = allocateArray<T>(items.size());
     for (std::size_t i = 0; i < items.size(); ++i) array[i] = items[i];
     return {array, items.size()};
+  }
+
+  /// Copies nodes into a list of class T; each node must be a T.
+  template <class T>
+  lf::astapi::NodeList<T> listFrom(std::span<ast::Node const* const> nodes) {
+    T const** array = allocateArray<T>(nodes.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i) array[i] = static_cast<T const*>(nodes[i]);
+    return {array, nodes.size()};
   }
 
   /// Copies text into the arena.

@@ -95,8 +95,8 @@ std::unique_ptr<Predicate<detail::OrItem<typename A::Item, typename B::Item>>> o
   using T = detail::OrItem<LeftItem, RightItem>;
   std::unique_ptr<Predicate<LeftItem>> l(std::move(left));
   std::unique_ptr<Predicate<RightItem>> r(std::move(right));
-  std::type_info const& leftClass = typeid(*l);
-  std::type_info const& rightClass = typeid(*r);
+  std::type_info const& leftClass = typeid(*l.get());
+  std::type_info const& rightClass = typeid(*r.get());
   if (leftClass.before(rightClass)) {
     return std::make_unique<OrPredicate<T, LeftItem, RightItem>>(std::move(l), std::move(r));
   }

@@ -21,14 +21,30 @@ std::atomic<bool> counting{false};
 std::atomic<long> allocations{0};
 }  // namespace
 
-// Counts every allocation of this test binary while `counting` is set.
-void* operator new(std::size_t size) {
+// Counts every allocation of this test binary while `counting` is set. Every
+// form of new and delete is replaced, so that all of them pair malloc with
+// free, also where the library itself asks for nothrow memory.
+namespace {
+void* countedAllocation(std::size_t size) noexcept {
   if (counting.load(std::memory_order_relaxed)) allocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  return std::malloc(size == 0 ? 1 : size);
+}
+void* countedAllocationOrThrow(std::size_t size) {
+  if (void* memory = countedAllocation(size)) return memory;
   throw std::bad_alloc();
 }
+}  // namespace
+
+void* operator new(std::size_t size) { return countedAllocationOrThrow(size); }
+void* operator new[](std::size_t size) { return countedAllocationOrThrow(size); }
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept { return countedAllocation(size); }
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept { return countedAllocation(size); }
 void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
 
 namespace {
 
