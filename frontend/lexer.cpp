@@ -1,0 +1,502 @@
+#include "frontend/lexer.hpp"
+
+#include <fmt/format.h>
+
+#include <cctype>
+
+namespace frontend {
+
+namespace {
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isNameChar(char c) { return isLetter(c) || isDigit(c) || c == '_'; }
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
+
+TokenKind keywordKind(std::string_view word) {
+  switch (word.size()) {
+    case 2:
+      if (word == "if") return TokenKind::If;
+      break;
+    case 3:
+      if (word == "end") return TokenKind::End;
+      if (word == "for") return TokenKind::For;
+      if (word == "try") return TokenKind::Try;
+      break;
+    case 4:
+      if (word == "case") return TokenKind::Case;
+      if (word == "else") return TokenKind::Else;
+      if (word == "spmd") return TokenKind::Spmd;
+      break;
+    case 5:
+      if (word == "break") return TokenKind::Break;
+      if (word == "catch") return TokenKind::Catch;
+      if (word == "while") return TokenKind::While;
+      break;
+    case 6:
+      if (word == "elseif") return TokenKind::Elseif;
+      if (word == "global") return TokenKind::Global;
+      if (word == "parfor") return TokenKind::Parfor;
+      if (word == "return") return TokenKind::Return;
+      if (word == "switch") return TokenKind::Switch;
+      break;
+    case 8:
+      if (word == "classdef") return TokenKind::Classdef;
+      if (word == "continue") return TokenKind::Continue;
+      if (word == "function") return TokenKind::Function;
+      break;
+    case 9:
+      if (word == "otherwise") return TokenKind::Otherwise;
+      break;
+    case 10:
+      if (word == "persistent") return TokenKind::Persistent;
+      break;
+    default: break;
+  }
+  return TokenKind::Identifier;
+}
+
+}  // namespace
+
+Lexer::Lexer(std::string_view source) : source_(source) {}
+
+std::uint32_t Lexer::columnOf(std::uint32_t offset, std::uint32_t lineStart) const {
+  std::uint32_t column = 1;
+  for (std::uint32_t i = lineStart; i < offset; ++i) {
+    // Count characters: every byte that is not a UTF-8 continuation byte.
+    if ((static_cast<unsigned char>(source_[i]) & 0xC0) != 0x80) ++column;
+  }
+  return column;
+}
+
+void Lexer::newLine(std::uint32_t nextLineStart) {
+  ++line_;
+  lineStart_ = nextLineStart;
+  lineHasToken_ = false;
+  nonAsciiOnLine_ = false;
+}
+
+Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
+  Token token;
+  token.kind = kind;
+  token.spaceBefore = spaceBefore;
+  token.offset = start;
+  token.line = line_;
+  token.column = nonAsciiOnLine_ ? columnOf(start, lineStart_) : start - lineStart_ + 1;
+  token.text = source_.substr(start, pos_ - start);
+  if (kind != TokenKind::Newline) lineHasToken_ = true;
+  previousIndexEnd_ = kind == TokenKind::End && insideIndex();
+  previous_ = kind;
+  return token;
+}
+
+Token Lexer::error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message) {
+  pos_ = start + length;
+  Token token = make(TokenKind::Error, start, spaceBefore);
+  token.errorIndex = static_cast<std::uint32_t>(errors_.size());
+  errors_.push_back(std::move(message));
+  return token;
+}
+
+bool Lexer::lineIsOnly(std::uint32_t from, std::string_view marker) const {
+  std::uint32_t i = from;
+  while (i < source_.size() && isBlank(source_[i])) ++i;
+  if (source_.substr(i, marker.size()) != marker) return false;
+  i += static_cast<std::uint32_t>(marker.size());
+  while (i < source_.size() && isBlank(source_[i])) ++i;
+  return i == source_.size() || source_[i] == '\n' || source_[i] == '\r';
+}
+
+bool Lexer::skipBlockComment(Token* failure) {
+  // At the start of a line that holds only "%{". Block comments nest.
+  std::uint32_t const start = pos_;
+  std::uint32_t const startLine = line_;
+  std::uint32_t const startColumn = columnOf(start, lineStart_);
+  int depth = 0;
+  std::uint32_t i = lineStart_;
+  while (i <= source_.size()) {
+    if (lineIsOnly(i, "%{")) {
+      ++depth;
+    } else if (lineIsOnly(i, "%}")) {
+      --depth;
+    }
+    // Move to the start of the next line.
+    std::uint32_t end = i;
+    while (end < source_.size() && source_[end] != '\n' && source_[end] != '\r') ++end;
+    if (depth == 0) {
+      pos_ = end;  // the line end after "%}" is an ordinary line end
+      return true;
+    }
+    if (end >= source_.size()) break;
+    std::uint32_t next = end + ((source_[end] == '\r' && end + 1 < source_.size() && source_[end + 1] == '\n') ? 2 : 1);
+    newLine(next);
+    i = next;
+  }
+  pos_ = static_cast<std::uint32_t>(source_.size());
+  Token token;
+  token.kind = TokenKind::Error;
+  token.offset = start;
+  token.line = startLine;
+  token.column = startColumn;
+  token.text = source_.substr(start, 2);
+  token.errorIndex = static_cast<std::uint32_t>(errors_.size());
+  errors_.push_back("unterminated block comment: no line holding only '%}' closes the '%{' here");
+  *failure = token;
+  return true;
+}
+
+bool Lexer::skipTrivia(Token* failure) {
+  bool skipped = false;
+  while (pos_ < source_.size()) {
+    char const c = source_[pos_];
+    if (isBlank(c)) {
+      ++pos_;
+      skipped = true;
+    } else if (c == '%') {
+      if (!lineHasToken_ && lineIsOnly(pos_, "%{")) {
+        skipBlockComment(failure);
+        if (failure->kind == TokenKind::Error) return skipped;
+      } else {
+        while (pos_ < source_.size() && source_[pos_] != '\n' && source_[pos_] != '\r') {
+          if (static_cast<unsigned char>(source_[pos_]) >= 0x80) nonAsciiOnLine_ = true;
+          ++pos_;
+        }
+      }
+    } else if (c == '.' && source_.substr(pos_, 3) == "...") {
+      // A continuation: the rest of the line is a comment, and the statement
+      // goes on with the next line.
+      while (pos_ < source_.size() && source_[pos_] != '\n' && source_[pos_] != '\r') ++pos_;
+      if (pos_ < source_.size()) {
+        pos_ += (source_[pos_] == '\r' && pos_ + 1 < source_.size() && source_[pos_ + 1] == '\n') ? 2 : 1;
+        bool const hadToken = lineHasToken_;
+        newLine(pos_);
+        lineHasToken_ = hadToken;
+      }
+      skipped = true;
+    } else {
+      break;
+    }
+  }
+  return skipped;
+}
+
+bool Lexer::insideIndex() const {
+  for (char open : brackets_) {
+    if (open == '(' || open == '{') return true;
+  }
+  return false;
+}
+
+bool Lexer::transposeAllowed(bool spaceBefore) const {
+  if (spaceBefore) return false;
+  switch (previous_) {
+    case TokenKind::Identifier:
+    case TokenKind::Number:
+    case TokenKind::RightParen:
+    case TokenKind::RightBracket:
+    case TokenKind::RightBrace:
+    case TokenKind::Transpose:
+    case TokenKind::DotTranspose:
+    case TokenKind::CharVector:
+    case TokenKind::String: return true;
+    case TokenKind::End: return previousIndexEnd_;
+    default: return false;
+  }
+}
+
+Token Lexer::lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKind kind) {
+  std::uint32_t i = start + 1;
+  while (i < source_.size()) {
+    char const c = source_[i];
+    if (c == '\n' || c == '\r') break;
+    if (static_cast<unsigned char>(c) >= 0x80) nonAsciiOnLine_ = true;
+    if (c == quote) {
+      if (i + 1 < source_.size() && source_[i + 1] == quote) {
+        i += 2;
+        continue;
+      }
+      pos_ = i + 1;
+      return make(kind, start, spaceBefore);
+    }
+    ++i;
+  }
+  return error(start, i - start, spaceBefore,
+               fmt::format("unterminated {}: expected a closing {} before the end of the line",
+                           kind == TokenKind::CharVector ? "char vector" : "string", quote == '"' ? "\"" : "'"));
+}
+
+Token Lexer::lexNumber(std::uint32_t start, bool spaceBefore) {
+  std::uint32_t i = start;
+  auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
+  if (at(i) == '0' && (at(i + 1) == 'x' || at(i + 1) == 'X' || at(i + 1) == 'b' || at(i + 1) == 'B')) {
+    bool const hex = at(i + 1) == 'x' || at(i + 1) == 'X';
+    i += 2;
+    std::uint32_t const digits = i;
+    while (hex ? std::isxdigit(static_cast<unsigned char>(at(i))) != 0 : (at(i) == '0' || at(i) == '1')) ++i;
+    if (i == digits) return error(start, i - start, spaceBefore, "expected digits after the number prefix");
+    // An optional type suffix: u8 u16 u32 u64 s8 s16 s32 s64.
+    if ((at(i) == 'u' || at(i) == 's') && isDigit(at(i + 1))) {
+      std::uint32_t j = i + 1;
+      while (isDigit(at(j))) ++j;
+      std::string_view const bits = source_.substr(i + 1, j - i - 1);
+      if (bits != "8" && bits != "16" && bits != "32" && bits != "64") {
+        return error(start, j - start, spaceBefore,
+                     "number type suffix must be u8, u16, u32, u64, s8, s16, s32 or s64");
+      }
+      i = j;
+    }
+  } else {
+    while (isDigit(at(i))) ++i;
+    if (at(i) == '.') {
+      char const after = at(i + 1);
+      // In 1./a, 1.^2, 1.*b, 1.\c and 1.' the dot starts an operator.
+      bool const operatorDot = after == '*' || after == '/' || after == '\\' || after == '^' || after == '\'';
+      if (!operatorDot && source_.substr(i, 3) != "...") {
+        ++i;
+        while (isDigit(at(i))) ++i;
+      }
+    }
+    if (at(i) == 'e' || at(i) == 'E' || at(i) == 'd' || at(i) == 'D') {
+      std::uint32_t j = i + 1;
+      if (at(j) == '+' || at(j) == '-') ++j;
+      if (isDigit(at(j))) {
+        while (isDigit(at(j))) ++j;
+        i = j;
+      }
+    }
+    if ((at(i) == 'i' || at(i) == 'j' || at(i) == 'I' || at(i) == 'J') && !isNameChar(at(i + 1))) ++i;
+  }
+  pos_ = i;
+  return make(TokenKind::Number, start, spaceBefore);
+}
+
+Token Lexer::next() {
+  Token failure;
+  bool const spaceBefore = skipTrivia(&failure);
+  if (failure.kind == TokenKind::Error) {
+    failure.spaceBefore = spaceBefore;
+    previous_ = TokenKind::Error;
+    return failure;
+  }
+  std::uint32_t const start = pos_;
+  if (pos_ >= source_.size()) return make(TokenKind::EndOfFile, start, spaceBefore);
+
+  char const c = source_[pos_];
+  auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
+  auto single = [&](TokenKind kind) {
+    pos_ = start + 1;
+    return make(kind, start, spaceBefore);
+  };
+  auto pair = [&](TokenKind kind) {
+    pos_ = start + 2;
+    return make(kind, start, spaceBefore);
+  };
+
+  if (c == '\n' || c == '\r') {
+    pos_ = start + ((c == '\r' && at(start + 1) == '\n') ? 2 : 1);
+    Token token = make(TokenKind::Newline, start, spaceBefore);
+    newLine(pos_);
+    return token;
+  }
+  if (isLetter(c)) {
+    std::uint32_t i = start + 1;
+    while (i < source_.size() && isNameChar(source_[i])) ++i;
+    pos_ = i;
+    return make(keywordKind(source_.substr(start, i - start)), start, spaceBefore);
+  }
+  if (isDigit(c) || (c == '.' && isDigit(at(start + 1)))) return lexNumber(start, spaceBefore);
+
+  switch (c) {
+    case '\'':
+      if (transposeAllowed(spaceBefore)) return single(TokenKind::Transpose);
+      return lexText(start, spaceBefore, '\'', TokenKind::CharVector);
+    case '"': return lexText(start, spaceBefore, '"', TokenKind::String);
+    case '+': return single(TokenKind::Plus);
+    case '-': return single(TokenKind::Minus);
+    case '*': return single(TokenKind::Star);
+    case '/': return single(TokenKind::Slash);
+    case '\\': return single(TokenKind::Backslash);
+    case '^': return single(TokenKind::Caret);
+    case '.':
+      switch (at(start + 1)) {
+        case '*': return pair(TokenKind::DotStar);
+        case '/': return pair(TokenKind::DotSlash);
+        case '\\': return pair(TokenKind::DotBackslash);
+        case '^': return pair(TokenKind::DotCaret);
+        case '\'': return pair(TokenKind::DotTranspose);
+        default: return single(TokenKind::Dot);
+      }
+    case '=': return at(start + 1) == '=' ? pair(TokenKind::EqualEqual) : single(TokenKind::Assign);
+    case '~': return at(start + 1) == '=' ? pair(TokenKind::NotEqual) : single(TokenKind::Tilde);
+    case '!': return at(start + 1) == '=' ? pair(TokenKind::NotEqual) : single(TokenKind::Bang);
+    case '<': return at(start + 1) == '=' ? pair(TokenKind::LessEqual) : single(TokenKind::Less);
+    case '>': return at(start + 1) == '=' ? pair(TokenKind::GreaterEqual) : single(TokenKind::Greater);
+    case '&': return at(start + 1) == '&' ? pair(TokenKind::AmpAmp) : single(TokenKind::Amp);
+    case '|': return at(start + 1) == '|' ? pair(TokenKind::PipePipe) : single(TokenKind::Pipe);
+    case ':': return single(TokenKind::Colon);
+    case '@': return single(TokenKind::At);
+    case '?': return single(TokenKind::Question);
+    case ',': return single(TokenKind::Comma);
+    case ';': return single(TokenKind::Semicolon);
+    case '(':
+    case '[':
+    case '{': {
+      brackets_.push_back(c);
+      return single(c == '(' ? TokenKind::LeftParen : c == '[' ? TokenKind::LeftBracket : TokenKind::LeftBrace);
+    }
+    case ')':
+    case ']':
+    case '}': {
+      if (!brackets_.empty()) brackets_.pop_back();
+      return single(c == ')' ? TokenKind::RightParen : c == ']' ? TokenKind::RightBracket : TokenKind::RightBrace);
+    }
+    default: break;
+  }
+  // Anything else: one character, however many bytes it takes.
+  std::uint32_t length = 1;
+  if (static_cast<unsigned char>(c) >= 0x80) {
+    nonAsciiOnLine_ = true;
+    while (start + length < source_.size() && (static_cast<unsigned char>(source_[start + length]) & 0xC0) == 0x80) {
+      ++length;
+    }
+  }
+  if (c == '\0') return error(start, length, spaceBefore, "unexpected NUL byte");
+  return error(start, length, spaceBefore, fmt::format("unexpected character '{}'", source_.substr(start, length)));
+}
+
+std::vector<Lexer::Word> Lexer::readCommandWords() {
+  std::vector<Word> words;
+  auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
+  while (true) {
+    while (isBlank(at(pos_))) ++pos_;
+    char const c = at(pos_);
+    if (pos_ >= source_.size() || c == '\n' || c == '\r' || c == ',' || c == ';') break;
+    if (c == '%') {
+      // A comment ends the command; the line end stays for next().
+      while (pos_ < source_.size() && source_[pos_] != '\n' && source_[pos_] != '\r') ++pos_;
+      break;
+    }
+    if (source_.substr(pos_, 3) == "...") {
+      Token ignored;
+      skipTrivia(&ignored);
+      continue;
+    }
+    std::uint32_t const start = pos_;
+    std::string text;
+    // A word runs to the next blank, comma, semicolon or line end; quoted
+    // parts ('it''s here') may hold any of these and lose their quotes.
+    while (pos_ < source_.size()) {
+      char const d = source_[pos_];
+      if (isBlank(d) || d == '\n' || d == '\r' || d == ',' || d == ';') break;
+      if (d == '\'') {
+        std::uint32_t i = pos_ + 1;
+        bool closed = false;
+        while (i < source_.size() && source_[i] != '\n' && source_[i] != '\r') {
+          if (source_[i] == '\'') {
+            if (at(i + 1) == '\'') {
+              text += '\'';
+              i += 2;
+              continue;
+            }
+            closed = true;
+            break;
+          }
+          text += source_[i];
+          ++i;
+        }
+        pos_ = closed ? i + 1 : i;
+        continue;
+      }
+      if (static_cast<unsigned char>(d) >= 0x80) nonAsciiOnLine_ = true;
+      text += d;
+      ++pos_;
+    }
+    words.push_back(Word{std::move(text), start, line_, columnOf(start, lineStart_), pos_ - start});
+  }
+  lineHasToken_ = true;
+  previous_ = TokenKind::CharVector;
+  return words;
+}
+
+std::string_view Lexer::readRestOfLine() {
+  std::uint32_t const start = pos_;
+  while (pos_ < source_.size() && source_[pos_] != '\n' && source_[pos_] != '\r') {
+    if (static_cast<unsigned char>(source_[pos_]) >= 0x80) nonAsciiOnLine_ = true;
+    ++pos_;
+  }
+  lineHasToken_ = true;
+  previous_ = TokenKind::CharVector;
+  return source_.substr(start, pos_ - start);
+}
+
+std::string_view describeKind(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::EndOfFile: return "end of file";
+    case TokenKind::Newline: return "end of line";
+    case TokenKind::Error: return "invalid text";
+    case TokenKind::Identifier: return "identifier";
+    case TokenKind::Number: return "number";
+    case TokenKind::CharVector: return "char vector";
+    case TokenKind::String: return "string";
+    case TokenKind::Break: return "'break'";
+    case TokenKind::Case: return "'case'";
+    case TokenKind::Catch: return "'catch'";
+    case TokenKind::Classdef: return "'classdef'";
+    case TokenKind::Continue: return "'continue'";
+    case TokenKind::Else: return "'else'";
+    case TokenKind::Elseif: return "'elseif'";
+    case TokenKind::End: return "'end'";
+    case TokenKind::For: return "'for'";
+    case TokenKind::Function: return "'function'";
+    case TokenKind::Global: return "'global'";
+    case TokenKind::If: return "'if'";
+    case TokenKind::Otherwise: return "'otherwise'";
+    case TokenKind::Parfor: return "'parfor'";
+    case TokenKind::Persistent: return "'persistent'";
+    case TokenKind::Return: return "'return'";
+    case TokenKind::Spmd: return "'spmd'";
+    case TokenKind::Switch: return "'switch'";
+    case TokenKind::Try: return "'try'";
+    case TokenKind::While: return "'while'";
+    case TokenKind::Plus: return "'+'";
+    case TokenKind::Minus: return "'-'";
+    case TokenKind::Star: return "'*'";
+    case TokenKind::Slash: return "'/'";
+    case TokenKind::Backslash: return "'\\'";
+    case TokenKind::Caret: return "'^'";
+    case TokenKind::DotStar: return "'.*'";
+    case TokenKind::DotSlash: return "'./'";
+    case TokenKind::DotBackslash: return "'.\\'";
+    case TokenKind::DotCaret: return "'.^'";
+    case TokenKind::Transpose: return "transpose \"'\"";
+    case TokenKind::DotTranspose: return "transpose \".'\"";
+    case TokenKind::EqualEqual: return "'=='";
+    case TokenKind::NotEqual: return "'~='";
+    case TokenKind::Less: return "'<'";
+    case TokenKind::LessEqual: return "'<='";
+    case TokenKind::Greater: return "'>'";
+    case TokenKind::GreaterEqual: return "'>='";
+    case TokenKind::Amp: return "'&'";
+    case TokenKind::Pipe: return "'|'";
+    case TokenKind::AmpAmp: return "'&&'";
+    case TokenKind::PipePipe: return "'||'";
+    case TokenKind::Tilde: return "'~'";
+    case TokenKind::Bang: return "'!'";
+    case TokenKind::Colon: return "':'";
+    case TokenKind::Assign: return "'='";
+    case TokenKind::At: return "'@'";
+    case TokenKind::Question: return "'?'";
+    case TokenKind::Dot: return "'.'";
+    case TokenKind::LeftParen: return "'('";
+    case TokenKind::RightParen: return "')'";
+    case TokenKind::LeftBracket: return "'['";
+    case TokenKind::RightBracket: return "']'";
+    case TokenKind::LeftBrace: return "'{'";
+    case TokenKind::RightBrace: return "'}'";
+    case TokenKind::Comma: return "','";
+    case TokenKind::Semicolon: return "';'";
+  }
+  return "token";
+}
+
+}  // namespace frontend

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frontend/token.hpp"
+
+namespace frontend {
+
+/// Splits UTF-8 source into tokens, one at a time, as the parser asks.
+///
+/// The lexer decides alone what depends only on characters: whether a quote
+/// is a transpose (it follows a value with no blank between) or opens a char
+/// vector, where numbers end (`1./a`), comments, block comments and
+/// continuations. Command syntax and shell escapes, which the parser
+/// recognises, are read raw through `readCommandWords` and `readRestOfLine`.
+///
+/// Invariants: tokens never span lines; every offset is within the source;
+/// the source outlives the lexer and its tokens.
+class Lexer {
+ public:
+  explicit Lexer(std::string_view source);
+
+  Token next();
+
+  /// The message of an `Error` token.
+  std::string const& errorMessage(Token const& token) const { return errors_[token.errorIndex]; }
+
+  /// A word of command syntax: `hold on` has the word "on".
+  struct Word {
+    std::string text;  // the argument's value: quotes of a 'quoted word' removed
+    std::uint32_t offset, line, column, length;
+  };
+  /// Reads the arguments of command syntax from the current position to the
+  /// end of the statement, which is left for `next` to return.
+  std::vector<Word> readCommandWords();
+  /// Reads the rest of the line, verbatim, leaving the line end for `next`.
+  std::string_view readRestOfLine();
+
+  /// Forgets open brackets, for recovery after a broken statement.
+  void forgetBrackets() { brackets_.clear(); }
+
+  /// The 1-based column (in characters) of a byte offset on the current line
+  /// or an earlier one starting at `lineStart`.
+  std::uint32_t columnOf(std::uint32_t offset, std::uint32_t lineStart) const;
+  std::string_view source() const { return source_; }
+
+ private:
+  Token make(TokenKind kind, std::uint32_t start, bool spaceBefore);
+  Token error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message);
+  /// Skips blanks, comments and continuations; true when any was skipped.
+  bool skipTrivia(Token* failure);
+  bool skipBlockComment(Token* failure);
+  bool lineIsOnly(std::uint32_t from, std::string_view marker) const;
+  void newLine(std::uint32_t nextLineStart);
+  Token lexNumber(std::uint32_t start, bool spaceBefore);
+  Token lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKind kind);
+  bool transposeAllowed(bool spaceBefore) const;
+  bool insideIndex() const;
+
+  std::string_view source_;
+  std::uint32_t pos_ = 0;
+  std::uint32_t line_ = 1;
+  std::uint32_t lineStart_ = 0;
+  bool lineHasToken_ = false;
+  bool nonAsciiOnLine_ = false;
+  TokenKind previous_ = TokenKind::Newline;
+  // The previous token was `end` used as an index (inside parentheses or braces).
+  bool previousIndexEnd_ = false;
+  std::vector<char> brackets_;
+  std::vector<std::string> errors_;
+};
+
+}  // namespace frontend

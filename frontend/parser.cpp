@@ -1,0 +1,1464 @@
+#include "frontend/parser.hpp"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "frontend/parse.hpp"
+#include "platform/i18n/i18n.hpp"
+
+namespace frontend {
+
+namespace ast = ca::ast;
+using lf::astapi::BinaryOperator;
+using lf::astapi::NodeKind;
+using lf::astapi::NumericValue;
+using lf::astapi::UnaryOperator;
+
+namespace {
+
+bool isStatementEnd(TokenKind kind) {
+  return kind == TokenKind::Newline || kind == TokenKind::Semicolon || kind == TokenKind::Comma ||
+         kind == TokenKind::EndOfFile;
+}
+
+bool isBlockCloser(TokenKind kind) {
+  return kind == TokenKind::End || kind == TokenKind::Else || kind == TokenKind::Elseif || kind == TokenKind::Case ||
+         kind == TokenKind::Otherwise || kind == TokenKind::Catch;
+}
+
+bool isKeyword(TokenKind kind) { return kind >= TokenKind::Break && kind <= TokenKind::While; }
+
+// The operator of a binary token at a precedence level, from loosest (1) to
+// tightest (8); levels 6 (ranges) and 9 and up are parsed apart.
+std::optional<BinaryOperator> binaryOperatorAt(int level, TokenKind kind) {
+  switch (level) {
+    case 1:
+      if (kind == TokenKind::PipePipe) return BinaryOperator::ShortCircuitOr;
+      break;
+    case 2:
+      if (kind == TokenKind::AmpAmp) return BinaryOperator::ShortCircuitAnd;
+      break;
+    case 3:
+      if (kind == TokenKind::Pipe) return BinaryOperator::ElementOr;
+      break;
+    case 4:
+      if (kind == TokenKind::Amp) return BinaryOperator::ElementAnd;
+      break;
+    case 5:
+      switch (kind) {
+        case TokenKind::EqualEqual: return BinaryOperator::Equal;
+        case TokenKind::NotEqual: return BinaryOperator::NotEqual;
+        case TokenKind::Less: return BinaryOperator::Less;
+        case TokenKind::LessEqual: return BinaryOperator::LessEqual;
+        case TokenKind::Greater: return BinaryOperator::Greater;
+        case TokenKind::GreaterEqual: return BinaryOperator::GreaterEqual;
+        default: break;
+      }
+      break;
+    case 7:
+      if (kind == TokenKind::Plus) return BinaryOperator::Plus;
+      if (kind == TokenKind::Minus) return BinaryOperator::Minus;
+      break;
+    case 8:
+      switch (kind) {
+        case TokenKind::Star: return BinaryOperator::MatrixTimes;
+        case TokenKind::Slash: return BinaryOperator::MatrixRightDivide;
+        case TokenKind::Backslash: return BinaryOperator::MatrixLeftDivide;
+        case TokenKind::DotStar: return BinaryOperator::ElementTimes;
+        case TokenKind::DotSlash: return BinaryOperator::ElementRightDivide;
+        case TokenKind::DotBackslash: return BinaryOperator::ElementLeftDivide;
+        default: break;
+      }
+      break;
+    default: break;
+  }
+  return std::nullopt;
+}
+
+std::optional<UnaryOperator> prefixOperator(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::Plus: return UnaryOperator::Plus;
+    case TokenKind::Minus: return UnaryOperator::Minus;
+    case TokenKind::Tilde:
+    case TokenKind::Bang: return UnaryOperator::Not;
+    default: return std::nullopt;
+  }
+}
+
+// Whether a token can begin an expression; decides where a blank splits the
+// elements of a matrix.
+bool startsExpression(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::Identifier:
+    case TokenKind::Number:
+    case TokenKind::CharVector:
+    case TokenKind::String:
+    case TokenKind::LeftParen:
+    case TokenKind::LeftBracket:
+    case TokenKind::LeftBrace:
+    case TokenKind::At:
+    case TokenKind::Question:
+    case TokenKind::Plus:
+    case TokenKind::Minus:
+    case TokenKind::Tilde:
+    case TokenKind::Bang:
+    case TokenKind::End:
+    case TokenKind::Colon: return true;
+    default: return false;
+  }
+}
+
+std::u16string widen(std::string_view utf8) {
+  for (char c : utf8) {
+    if (static_cast<unsigned char>(c) >= 0x80) return fl::i18n::to_ustring(std::string(utf8));
+  }
+  return std::u16string(utf8.begin(), utf8.end());
+}
+
+// The value of a text literal: the quotes removed and doubled quotes undone.
+std::string unquote(std::string_view token) {
+  char const quote = token.front();
+  std::string value;
+  value.reserve(token.size());
+  for (std::size_t i = 1; i + 1 < token.size(); ++i) {
+    value += token[i];
+    if (token[i] == quote) ++i;
+  }
+  return value;
+}
+
+}  // namespace
+
+Parser::Parser(std::string_view source, std::string_view path, FunctionStyle style)
+    : source_(source),
+      diagnosticPath_(path),
+      treePath_(fl::i18n::to_ustring(std::string(path))),
+      style_(style),
+      lexer_(source) {}
+
+Parser::Depth::Depth(Parser& parser) : parser_(parser) {
+  if (parser_.depth_ >= maxNestingDepth) {
+    Token const& token = parser_.peek();
+    parser_.fail(token, fmt::format("nesting is deeper than {} levels", maxNestingDepth));
+  }
+  ++parser_.depth_;
+}
+
+// ---------------------------------------------------------------------------
+// Tokens and diagnostics
+
+Token const& Parser::peek(std::size_t ahead) {
+  while (lookahead_.size() <= ahead) lookahead_.push_back(lexer_.next());
+  return lookahead_[ahead];
+}
+
+Token Parser::take() {
+  Token token = peek();
+  lookahead_.pop_front();
+  if (token.kind != TokenKind::EndOfFile && token.kind != TokenKind::Newline) lastEnd_ = lastOf(token);
+  return token;
+}
+
+bool Parser::accept(TokenKind kind) {
+  if (!at(kind)) return false;
+  take();
+  return true;
+}
+
+Token Parser::expect(TokenKind kind, std::string_view context) {
+  if (!at(kind)) unexpected(peek(), fmt::format("{} {}", describeKind(kind), context));
+  return take();
+}
+
+Parser::Position Parser::lastOf(Token const& token) const {
+  std::uint32_t characters = 0;
+  for (char c : token.text) {
+    if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+  }
+  std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
+  return {token.offset + (length > 0 ? length - 1 : 0), token.line,
+          token.column + (characters > 0 ? characters - 1 : 0)};
+}
+
+std::string Parser::describe(Token const& token) const {
+  switch (token.kind) {
+    case TokenKind::Identifier: return fmt::format("identifier '{}'", token.text);
+    case TokenKind::Number: return fmt::format("number {}", token.text);
+    case TokenKind::CharVector:
+    case TokenKind::String: return fmt::format("{} {}", describeKind(token.kind), token.text);
+    default: return std::string(describeKind(token.kind));
+  }
+}
+
+void Parser::report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message) {
+  if (severity == Severity::Error) {
+    if (errorCount_ == maxErrorsPerFile) {
+      diagnostics_.push_back({diagnosticPath_, line, column, Severity::Error,
+                              fmt::format("too many errors ({}); the rest of the file is not checked", errorCount_)});
+      ++errorCount_;
+      throw TooManyErrors{};
+    }
+    ++errorCount_;
+  }
+  diagnostics_.push_back({diagnosticPath_, line, column, severity, std::move(message)});
+}
+
+void Parser::fail(Token const& token, std::string const& message) {
+  report(Severity::Error, token.line, token.column, message);
+  throw SyntaxError{};
+}
+
+void Parser::unexpected(Token const& token, std::string_view expected) {
+  if (token.kind == TokenKind::Error) fail(token, lexer_.errorMessage(token));
+  fail(token, fmt::format("expected {} but found {}", expected, describe(token)));
+}
+
+void Parser::skipNewlines() {
+  while (at(TokenKind::Newline)) take();
+}
+
+// ---------------------------------------------------------------------------
+// Arena helpers
+
+template <class T>
+lf::astapi::NodeList<T> Parser::listFrom(std::size_t from) {
+  auto list = builder_.listFrom<T>(std::span<Node const* const>(scratch_.data() + from, scratch_.size() - from));
+  scratch_.resize(from);
+  return list;
+}
+
+ca::astapi::StringId Parser::intern(std::string_view name) {
+  auto [entry, made] = names_.try_emplace(name);
+  if (made) entry->second = ca::astapi::StringId(widen(name));
+  return entry->second;
+}
+
+ca::astapi::TextView Parser::text(std::string_view utf8) { return builder_.text(widen(utf8)); }
+
+ast::Identifier* Parser::identifier(Token const& token) {
+  auto* node = builder_.make<ast::Identifier>(intern(token.text));
+  node->setSourceRange({startOf(token), lastOf(token)});
+  return node;
+}
+
+ast::Field* Parser::field(Token const& token) {
+  auto* node = builder_.make<ast::Field>(intern(token.text));
+  node->setSourceRange({startOf(token), lastOf(token)});
+  return node;
+}
+
+// ---------------------------------------------------------------------------
+// Scopes
+
+void Parser::openScope(bool inheritsParent) { scopes_.push_back({{}, inheritsParent}); }
+void Parser::closeScope() { scopes_.pop_back(); }
+
+void Parser::defineVariable(std::string_view name) {
+  if (!scopes_.empty()) scopes_.back().variables.insert(name);
+}
+
+void Parser::defineTarget(Expression const* target) {
+  // The variable of `x`, `x(2)`, `x.f{3}`: the identifier at the left end.
+  while (target != nullptr) {
+    switch (target->getKind()) {
+      case NodeKind::Identifier: {
+        auto const& id = static_cast<ast::Identifier const&>(*target);
+        auto range = id.getSourceRange();
+        defineVariable(source_.substr(range.first.offset, range.last.offset - range.first.offset + 1));
+        return;
+      }
+      case NodeKind::ParenOperation: target = static_cast<ast::ParenOperation const*>(target)->getFunction(); break;
+      case NodeKind::BraceOperation: target = static_cast<ast::BraceOperation const*>(target)->getBase(); break;
+      case NodeKind::DotOperation: target = static_cast<ast::DotOperation const*>(target)->getLeft(); break;
+      case NodeKind::DotParenOperation: target = static_cast<ast::DotParenOperation const*>(target)->getLeft(); break;
+      default: return;
+    }
+  }
+}
+
+bool Parser::isVariable(std::string_view name) const {
+  for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
+    if (scope->variables.count(name) != 0) return true;
+    if (!scope->inheritsParent) break;
+  }
+  return false;
+}
+
+// ---------------------------------------------------------------------------
+// The file
+
+std::shared_ptr<ca::astapi::SyntaxTree const> Parser::parseFile() {
+  ScopeGuard scope(*this, false);
+  std::size_t const body = mark();
+  fileStatementsEnd_ = body;
+  ca::FileType type = ca::FileType::Script;
+  try {
+    skipNewlines();
+    if (at(TokenKind::Function)) type = ca::FileType::Function;
+    if (at(TokenKind::Classdef)) type = ca::FileType::Class;
+    parseBody(BodyOf::File);
+  } catch (TooManyErrors const&) {
+    // Stop: the statements parsed so far are kept.
+    scratch_.resize(fileStatementsEnd_);
+  }
+  auto* program = builder_.make<ast::Program>(builder_.text(treePath_), listFrom<Node>(body));
+  lf::astapi::SourcePosition const first{0, 1, 1};
+  lf::astapi::SourcePosition last = first;
+  if (!source_.empty()) {
+    std::uint32_t const end = static_cast<std::uint32_t>(source_.size() - 1);
+    std::uint32_t line = 1;
+    std::uint32_t lineStart = 0;
+    for (std::uint32_t i = 0; i < end; ++i) {
+      if (source_[i] == '\n' || (source_[i] == '\r' && source_[i + 1] != '\n')) {
+        ++line;
+        lineStart = i + 1;
+      }
+    }
+    last = {end, line, lexer_.columnOf(end, lineStart)};
+  }
+  program->setSourceRange({first, last});
+  return builder_.finish(program, type);
+}
+
+bool Parser::endsBody(BodyOf owner) {
+  TokenKind const kind = peek().kind;
+  switch (owner) {
+    case BodyOf::File: return kind == TokenKind::EndOfFile;
+    case BodyOf::Function:
+      if (kind == TokenKind::EndOfFile) return true;
+      if (style_ == FunctionStyle::Terminated) return kind == TokenKind::End;
+      return kind == TokenKind::Function;
+    case BodyOf::Block:
+      // A function here means the block's 'end' is missing.
+      return kind == TokenKind::EndOfFile || kind == TokenKind::Function || isBlockCloser(kind);
+  }
+  return true;
+}
+
+void Parser::parseBody(BodyOf owner) {
+  while (true) {
+    skipNewlines();
+    if (endsBody(owner)) return;
+    Token const& next = peek();
+    std::size_t const statement = mark();
+    try {
+      if (next.kind == TokenKind::Function) {
+        bool const nested = owner == BodyOf::Function;
+        scratch_.push_back(parseFunction(false, nested));
+        if (owner == BodyOf::File) fileStatementsEnd_ = mark();
+        continue;
+      }
+      if (next.kind == TokenKind::Classdef && owner != BodyOf::File) fail(next, "'classdef' must begin the file");
+      if (isBlockCloser(next.kind)) {
+        // A closer that no open block expects.
+        Token const stray = take();
+        report(Severity::Error, stray.line, stray.column,
+               fmt::format("{} without a matching block", describeKind(stray.kind)));
+        continue;
+      }
+      scratch_.push_back(parseStatement());
+      if (owner == BodyOf::File) fileStatementsEnd_ = mark();
+    } catch (SyntaxError const&) {
+      scratch_.resize(statement);
+      recover();
+    }
+  }
+}
+
+void Parser::recover() {
+  // Abandon the statement: skip to the end of its line (or a ';'), and forget
+  // any context it had opened.
+  lexer_.forgetBrackets();
+  inMatrix_ = false;
+  indexDepth_ = 0;
+  bool first = true;
+  while (true) {
+    TokenKind const kind = peek().kind;
+    if (kind == TokenKind::EndOfFile) return;
+    if (kind == TokenKind::Newline || kind == TokenKind::Semicolon) {
+      take();
+      return;
+    }
+    // Keep a keyword that closes a block for the block, unless the error was
+    // on that very keyword.
+    if (!first && isBlockCloser(kind)) return;
+    take();
+    first = false;
+  }
+}
+
+void Parser::endStatement() {
+  TokenKind const kind = peek().kind;
+  if (kind == TokenKind::Semicolon || kind == TokenKind::Comma || kind == TokenKind::Newline) {
+    take();
+    return;
+  }
+  // A block may close on the line of its last statement: `if x, y = 1, end`.
+  if (kind == TokenKind::EndOfFile || isBlockCloser(kind)) return;
+  unexpected(peek(), "';', ',' or the end of the line after the statement");
+}
+
+Parser::Node* Parser::parseStatement() {
+  Depth depth(*this);
+  Token const& token = peek();
+  switch (token.kind) {
+    case TokenKind::If: return parseIf();
+    case TokenKind::For:
+    case TokenKind::Parfor: return parseFor();
+    case TokenKind::While: return parseWhile();
+    case TokenKind::Switch: return parseSwitch();
+    case TokenKind::Try: return parseTry();
+    case TokenKind::Spmd: return parseSpmd();
+    case TokenKind::Global:
+    case TokenKind::Persistent: return parseDeclaration();
+    case TokenKind::Classdef: return parseClassdef();
+    case TokenKind::Break:
+    case TokenKind::Continue:
+    case TokenKind::Return: {
+      Token const keyword = take();
+      Node* node = nullptr;
+      if (keyword.kind == TokenKind::Break) node = builder_.make<ast::BreakStatement>();
+      if (keyword.kind == TokenKind::Continue) node = builder_.make<ast::ContinueStatement>();
+      if (keyword.kind == TokenKind::Return) node = builder_.make<ast::ReturnStatement>();
+      finish(node, startOf(keyword));
+      endStatement();
+      return node;
+    }
+    case TokenKind::Semicolon:
+    case TokenKind::Comma: {
+      Token const separator = take();
+      return finish(builder_.make<ast::EmptyStatement>(), startOf(separator));
+    }
+    case TokenKind::Bang: {
+      Token const bang = take();
+      lookahead_.clear();
+      std::string_view const command = lexer_.readRestOfLine();
+      auto* node = builder_.make<ast::BangStatement>(text(command));
+      Token whole = bang;
+      whole.text = source_.substr(bang.offset, command.size() + 1);
+      Position const last = lastOf(whole);
+      node->setSourceRange({startOf(bang), last});
+      lastEnd_ = last;
+      endStatement();
+      return node;
+    }
+    default: return parseSimpleStatement();
+  }
+}
+
+Parser::Node* Parser::parseSimpleStatement() {
+  Token const first = peek();
+  if (first.kind == TokenKind::Identifier && lookahead_.size() == 1) {
+    if (first.text == "import" && isCommandSyntax(first)) return parseImport(take());
+    if (isCommandSyntax(first)) return parseCommand(take());
+  }
+  if (first.kind == TokenKind::LeftBracket && startsMultiAssignment()) return parseMultiAssignment();
+
+  Position const start = startOf(first);
+  Expression* expression = parseExpression();
+  if (at(TokenKind::Assign)) {
+    switch (expression->getKind()) {
+      case NodeKind::Identifier:
+      case NodeKind::ParenOperation:
+      case NodeKind::BraceOperation:
+      case NodeKind::DotOperation:
+      case NodeKind::DotParenOperation: break;
+      default: fail(peek(), "the left side of '=' must be a variable, or an index or field of one");
+    }
+    take();
+    Expression* value = parseExpression();
+    defineTarget(expression);
+    auto* node = finish(builder_.make<ast::Assignment>(expression, value), start);
+    endStatement();
+    return node;
+  }
+  bool const shown = !at(TokenKind::Semicolon);
+  Node* node = shown ? static_cast<Node*>(builder_.make<ast::PrintStatement>(expression))
+                     : static_cast<Node*>(builder_.make<ast::ExpressionStatement>(expression));
+  finish(node, start);
+  endStatement();
+  return node;
+}
+
+bool Parser::isCommandSyntax(Token const& name) {
+  // Only the name has been read; look at the raw text after it.
+  auto at = [this](std::size_t i) { return i < source_.size() ? source_[i] : '\n'; };
+  std::size_t i = name.endOffset();
+  if (at(i) != ' ' && at(i) != '\t') return false;
+  while (at(i) == ' ' || at(i) == '\t') ++i;
+  char const c = at(i);
+  if (c == '\n' || c == '\r' || c == ';' || c == ',' || c == '%' || c == '(') return false;
+  if (c == '=' && at(i + 1) != '=') return false;
+  if (source_.substr(i, 3) == "...") return false;
+  if (isVariable(name.text)) return false;
+  // An operator with a blank after it is a binary operation: `a - b`, `a == b`.
+  static constexpr std::string_view operators[] = {"&&", "||", "==", "~=", "<=", ">=", ".*", "./", ".\\", ".^", "+",
+                                                   "-",  "*",  "/",  "\\", "^",  "<",  ">",  "&",  "|",   ":"};
+  for (std::string_view op : operators) {
+    if (source_.substr(i, op.size()) == op) {
+      char const after = at(i + op.size());
+      return !(after == ' ' || after == '\t' || after == '\n' || after == '\r');
+    }
+  }
+  return true;
+}
+
+Parser::Node* Parser::parseCommand(Token const& name) {
+  lookahead_.clear();
+  auto* function = identifier(name);
+  std::size_t const args = mark();
+  for (Lexer::Word const& word : lexer_.readCommandWords()) {
+    auto* argument = builder_.make<ast::CharVectorLiteral>(text(word.text));
+    std::uint32_t characters = 0;
+    for (std::uint32_t k = 0; k < word.length; ++k) {
+      if ((static_cast<unsigned char>(source_[word.offset + k]) & 0xC0) != 0x80) ++characters;
+    }
+    Position const last{word.offset + word.length - 1, word.line, word.column + characters - 1};
+    argument->setSourceRange({{word.offset, word.line, word.column}, last});
+    lastEnd_ = last;
+    scratch_.push_back(argument);
+  }
+  auto* node = finish(builder_.make<ast::CommandInvocation>(function, listFrom<Expression>(args)), startOf(name));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseImport(Token const& keyword) {
+  std::size_t const parts = mark();
+  Token part = expect(TokenKind::Identifier, "after 'import'");
+  scratch_.push_back(identifier(part));
+  while (accept(TokenKind::Dot)) {
+    if (at(TokenKind::Star)) {
+      Token const star = take();
+      auto* wildcard = builder_.make<ast::Identifier>(intern("*"));
+      wildcard->setSourceRange({startOf(star), lastOf(star)});
+      scratch_.push_back(wildcard);
+      break;
+    }
+    scratch_.push_back(identifier(expect(TokenKind::Identifier, "after '.' in an import")));
+  }
+  auto* node = finish(builder_.make<ast::ImportCommand>(listFrom<ast::Identifier>(parts)), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+bool Parser::startsMultiAssignment() {
+  // [a, b] = ... : find the matching ']' on this line, then '='.
+  int depth = 0;
+  for (std::size_t k = 0;; ++k) {
+    TokenKind const kind = peek(k).kind;
+    if (kind == TokenKind::EndOfFile || kind == TokenKind::Newline || kind == TokenKind::Error) return false;
+    if (kind == TokenKind::LeftBracket || kind == TokenKind::LeftParen || kind == TokenKind::LeftBrace) ++depth;
+    if (kind == TokenKind::RightBracket || kind == TokenKind::RightParen || kind == TokenKind::RightBrace) {
+      if (--depth == 0) return peek(k + 1).kind == TokenKind::Assign;
+    }
+  }
+}
+
+Parser::Node* Parser::parseMultiAssignment() {
+  Token const open = take();
+  std::size_t const outputs = mark();
+  bool const savedMatrix = inMatrix_;
+  inMatrix_ = true;
+  while (!at(TokenKind::RightBracket)) {
+    if (accept(TokenKind::Comma)) continue;
+    if (at(TokenKind::Tilde) || at(TokenKind::Bang)) {
+      Token const tilde = take();
+      scratch_.push_back(finish(builder_.make<ast::Ignored>(), startOf(tilde)));
+      continue;
+    }
+    Token const first = peek();
+    if (first.kind != TokenKind::Identifier) unexpected(first, "an output variable");
+    Expression* target = parsePostfix(identifier(take()), startOf(first));
+    scratch_.push_back(target);
+  }
+  inMatrix_ = savedMatrix;
+  take();
+  expect(TokenKind::Assign, "after the outputs");
+  Expression* value = parseExpression();
+  auto list = listFrom<Expression>(outputs);
+  for (Expression const* target : list) defineTarget(target);
+  auto* node = finish(builder_.make<ast::MultiLhsAssignment>(list, value), startOf(open));
+  endStatement();
+  return node;
+}
+
+void Parser::endHeader() {
+  // `if x, y = 1, end`: one separator after a block's header is part of it.
+  if (at(TokenKind::Comma) || at(TokenKind::Semicolon)) take();
+}
+
+void Parser::expectEnd(Token const& opener) {
+  if (at(TokenKind::End)) {
+    take();
+    return;
+  }
+  // A missing 'end' closes the construct where it stands, without throwing,
+  // so that what follows is parsed as it is.
+  Token const& found = peek();
+  report(Severity::Error, found.line, found.column,
+         fmt::format("expected 'end' to close the {} at line {}, column {} but found {}", describeKind(opener.kind),
+                     opener.line, opener.column, describe(found)));
+}
+
+Parser::Node* Parser::parseIf() {
+  Token const keyword = take();
+  Expression* condition = parseExpression();
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  auto bodyList = listFrom<Node>(body);
+  std::size_t const elseifs = mark();
+  while (at(TokenKind::Elseif)) {
+    Token const elseif = take();
+    Expression* elseifCondition = parseExpression();
+    endHeader();
+    std::size_t const elseifBody = mark();
+    parseBody(BodyOf::Block);
+    // The block is made after its body, which sits above it on the stack.
+    auto list = listFrom<Node>(elseifBody);
+    scratch_.push_back(finish(builder_.make<ast::ElseifBlock>(elseifCondition, list), startOf(elseif)));
+  }
+  auto elseifList = listFrom<ast::ElseifBlock>(elseifs);
+  ast::ElseBlock* elseBlock = nullptr;
+  if (at(TokenKind::Else)) {
+    Token const elseToken = take();
+    endHeader();
+    std::size_t const elseBody = mark();
+    parseBody(BodyOf::Block);
+    elseBlock = finish(builder_.make<ast::ElseBlock>(listFrom<Node>(elseBody)), startOf(elseToken));
+  }
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::IfStatement>(condition, bodyList, elseifList, elseBlock), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseFor() {
+  Token const keyword = take();
+  bool const parfor = keyword.kind == TokenKind::Parfor;
+  bool const parenthesized = accept(TokenKind::LeftParen);
+  Token const variableToken = expect(TokenKind::Identifier, "as the loop variable");
+  ast::Identifier* variable = identifier(variableToken);
+  defineVariable(variableToken.text);
+  expect(TokenKind::Assign, "after the loop variable");
+  Expression* range = parseExpression();
+  std::size_t const options = mark();
+  if (parenthesized) {
+    if (parfor && accept(TokenKind::Comma)) scratch_.push_back(parseExpression());
+    expect(TokenKind::RightParen, "to close the loop header");
+  }
+  auto optionList = listFrom<Expression>(options);
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  auto bodyList = listFrom<Node>(body);
+  expectEnd(keyword);
+  Node* node = parfor ? static_cast<Node*>(builder_.make<ast::ParforStatement>(variable, range, optionList, bodyList))
+                      : static_cast<Node*>(builder_.make<ast::ForStatement>(variable, range, bodyList));
+  finish(node, startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseWhile() {
+  Token const keyword = take();
+  Expression* condition = parseExpression();
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  auto bodyList = listFrom<Node>(body);
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::WhileStatement>(condition, bodyList), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseSwitch() {
+  Token const keyword = take();
+  Expression* subject = parseExpression();
+  while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
+  std::size_t const cases = mark();
+  while (at(TokenKind::Case)) {
+    Token const caseToken = take();
+    Expression* value = parseExpression();
+    endHeader();
+    std::size_t const body = mark();
+    parseBody(BodyOf::Block);
+    auto list = listFrom<Node>(body);
+    scratch_.push_back(finish(builder_.make<ast::CaseSelection>(value, list), startOf(caseToken)));
+  }
+  auto caseList = listFrom<ast::CaseSelection>(cases);
+  ast::OtherwiseBlock* otherwise = nullptr;
+  if (at(TokenKind::Otherwise)) {
+    Token const otherwiseToken = take();
+    endHeader();
+    std::size_t const body = mark();
+    parseBody(BodyOf::Block);
+    otherwise = finish(builder_.make<ast::OtherwiseBlock>(listFrom<Node>(body)), startOf(otherwiseToken));
+  }
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::SwitchStatement>(subject, caseList, otherwise), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseTry() {
+  Token const keyword = take();
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  auto bodyList = listFrom<Node>(body);
+  ast::CatchBlock* catchBlock = nullptr;
+  if (at(TokenKind::Catch)) {
+    Token const catchToken = take();
+    ast::Identifier* errorVariable = nullptr;
+    // `catch err`: an identifier on the catch line that ends the line is the
+    // variable of the error; anything else starts the body.
+    if (at(TokenKind::Identifier) && isStatementEnd(peek(1).kind)) {
+      Token const name = take();
+      errorVariable = identifier(name);
+      defineVariable(name.text);
+    }
+    endHeader();
+    std::size_t const catchBody = mark();
+    parseBody(BodyOf::Block);
+    catchBlock = finish(builder_.make<ast::CatchBlock>(errorVariable, listFrom<Node>(catchBody)), startOf(catchToken));
+  }
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::TryStatement>(bodyList, catchBlock), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseSpmd() {
+  Token const keyword = take();
+  std::size_t const args = mark();
+  if (at(TokenKind::LeftParen)) parseArguments(TokenKind::RightParen);
+  auto argumentList = listFrom<Expression>(args);
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  auto bodyList = listFrom<Node>(body);
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::SpmdStatement>(argumentList, bodyList), startOf(keyword));
+  endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseDeclaration() {
+  Token const keyword = take();
+  std::size_t const names = mark();
+  while (at(TokenKind::Identifier)) {
+    Token const name = take();
+    defineVariable(name.text);
+    scratch_.push_back(identifier(name));
+  }
+  auto list = listFrom<ast::Identifier>(names);
+  Node* node = keyword.kind == TokenKind::Global ? static_cast<Node*>(builder_.make<ast::GlobalStatement>(list))
+                                                 : static_cast<Node*>(builder_.make<ast::PersistentStatement>(list));
+  finish(node, startOf(keyword));
+  endStatement();
+  return node;
+}
+
+// ---------------------------------------------------------------------------
+// Functions
+
+ast::Identifier* Parser::parseFunctionName() {
+  // A name, or a dotted one for property accessors: get.Prop, set.Prop.
+  Token const first = expect(TokenKind::Identifier, "as the function name");
+  if (!at(TokenKind::Dot) || peek().spaceBefore) return identifier(first);
+  std::uint32_t end = first.endOffset();
+  while (at(TokenKind::Dot) && !peek().spaceBefore) {
+    take();
+    Token const part = peek();
+    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) unexpected(part, "a name after '.'");
+    take();
+    end = part.endOffset();
+  }
+  auto* node = builder_.make<ast::Identifier>(intern(source_.substr(first.offset, end - first.offset)));
+  return finish(node, startOf(first));
+}
+
+lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
+  std::size_t const inputs = mark();
+  if (!at(TokenKind::LeftParen)) return listFrom<ast::InputArgument>(inputs);
+  take();
+  skipNewlines();
+  while (!at(TokenKind::RightParen)) {
+    Token const token = peek();
+    if (token.kind == TokenKind::Tilde || token.kind == TokenKind::Bang) {
+      take();
+      auto* ignored = finish(builder_.make<ast::Ignored>(), startOf(token));
+      scratch_.push_back(finish(builder_.make<ast::InputArgument>(ignored), startOf(token)));
+    } else if (token.kind == TokenKind::Identifier) {
+      take();
+      defineVariable(token.text);
+      scratch_.push_back(finish(builder_.make<ast::InputArgument>(identifier(token)), startOf(token)));
+    } else {
+      unexpected(token, "an input name or '~'");
+    }
+    skipNewlines();
+    if (!accept(TokenKind::Comma)) break;
+    skipNewlines();
+  }
+  expect(TokenKind::RightParen, "to close the inputs");
+  return listFrom<ast::InputArgument>(inputs);
+}
+
+Parser::Node* Parser::parseFunction(bool method, bool nested) {
+  Depth depth(*this);
+  Token const keyword = take();
+  ScopeGuard scope(*this, nested);
+  // Outputs: [a, b] = name, o = name, or none.
+  std::size_t const outputs = mark();
+  if (at(TokenKind::LeftBracket)) {
+    take();
+    while (!at(TokenKind::RightBracket)) {
+      if (accept(TokenKind::Comma)) continue;
+      Token const name = expect(TokenKind::Identifier, "as an output name");
+      defineVariable(name.text);
+      scratch_.push_back(identifier(name));
+    }
+    take();
+    expect(TokenKind::Assign, "after the outputs");
+  } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
+    Token const name = take();
+    defineVariable(name.text);
+    scratch_.push_back(identifier(name));
+    take();
+  }
+  auto outputList = listFrom<ast::Identifier>(outputs);
+  ast::Identifier* name = parseFunctionName();
+  auto inputList = parseParameters();
+
+  std::size_t const blocks = mark();
+  try {
+    endStatement();
+    skipNewlines();
+    while (startsArgumentsBlock()) {
+      std::size_t const block = mark();
+      try {
+        scratch_.push_back(parseArgumentsBlock());
+      } catch (SyntaxError const&) {
+        scratch_.resize(block);
+        throw;
+      }
+      skipNewlines();
+    }
+  } catch (SyntaxError const&) {
+    recover();
+  }
+  auto blockList = listFrom<ast::ArgumentsBlock>(blocks);
+  std::size_t const body = mark();
+  FunctionStyle const fileStyle = style_;
+  if (method) style_ = FunctionStyle::Terminated;  // methods always end with 'end'
+  parseBody(BodyOf::Function);
+  auto bodyList = listFrom<Node>(body);
+  if (style_ == FunctionStyle::Terminated) expectEnd(keyword);
+  style_ = fileStyle;
+
+  Node* node =
+      method
+          ? static_cast<Node*>(builder_.make<ast::MethodDefinition>(name, inputList, outputList, blockList, bodyList))
+          : static_cast<Node*>(builder_.make<ast::Function>(name, inputList, outputList, blockList, bodyList));
+  finish(node, startOf(keyword));
+  if (at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
+  return node;
+}
+
+bool Parser::startsArgumentsBlock() {
+  Token const& token = peek();
+  if (token.kind != TokenKind::Identifier || token.text != "arguments") return false;
+  TokenKind const next = peek(1).kind;
+  return next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::Semicolon ||
+         next == TokenKind::Comma || next == TokenKind::EndOfFile;
+}
+
+lf::astapi::NodeList<ast::Attribute> Parser::parseAttributes() {
+  std::size_t const attributes = mark();
+  if (!at(TokenKind::LeftParen)) return listFrom<ast::Attribute>(attributes);
+  take();
+  bool const savedMatrix = inMatrix_;
+  inMatrix_ = false;
+  while (!at(TokenKind::RightParen)) {
+    skipNewlines();
+    Token const first = peek();
+    bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
+    ast::Identifier* name = identifier(expect(TokenKind::Identifier, "as an attribute name"));
+    Expression* value = nullptr;
+    if (accept(TokenKind::Assign)) value = parseExpression();
+    scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
+    skipNewlines();
+    if (!accept(TokenKind::Comma)) break;
+  }
+  inMatrix_ = savedMatrix;
+  expect(TokenKind::RightParen, "to close the attributes");
+  return listFrom<ast::Attribute>(attributes);
+}
+
+ast::ArgumentsBlock* Parser::parseArgumentsBlock() {
+  Token const keyword = take();
+  auto attributes = parseAttributes();
+  std::size_t const entries = mark();
+  while (true) {
+    while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
+    if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
+    std::size_t const entry = mark();
+    try {
+      scratch_.push_back(parseArgumentEntry());
+      endStatement();
+    } catch (SyntaxError const&) {
+      scratch_.resize(entry);
+      recover();
+    }
+  }
+  auto list = listFrom<ast::Argument>(entries);
+  expectEnd(keyword);
+  return finish(builder_.make<ast::ArgumentsBlock>(attributes, list), startOf(keyword));
+}
+
+ast::Argument* Parser::parseArgumentEntry() {
+  Token const nameToken = expect(TokenKind::Identifier, "as an argument name");
+  auto* name = finish(builder_.make<ast::InputArgument>(identifier(nameToken)), startOf(nameToken));
+  ast::Field* fieldPart = nullptr;
+  Expression* classPart = nullptr;
+  if (at(TokenKind::Dot) && !peek().spaceBefore) {
+    take();
+    if (accept(TokenKind::Question)) {
+      classPart = parseDottedName();
+    } else {
+      Token const fieldName = peek();
+      if (fieldName.kind != TokenKind::Identifier && !isKeyword(fieldName.kind)) unexpected(fieldName, "a field name");
+      fieldPart = field(take());
+    }
+  }
+  ast::Validation* validation = parseValidation();
+  Expression* defaultValue = nullptr;
+  if (accept(TokenKind::Assign)) defaultValue = parseExpression();
+  return finish(builder_.make<ast::Argument>(name, fieldPart, classPart, validation, defaultValue), startOf(nameToken));
+}
+
+ast::Validation* Parser::parseValidation() {
+  // (dims) Class {validators}, each part optional, all on the entry's line.
+  Token const first = peek();
+  std::size_t const dimensions = mark();
+  bool any = false;
+  if (at(TokenKind::LeftParen)) {
+    any = true;
+    take();
+    while (!at(TokenKind::RightParen)) {
+      Token const dimension = peek();
+      if (dimension.kind == TokenKind::Colon) {
+        take();
+        scratch_.push_back(finish(builder_.make<ast::AnySize>(), startOf(dimension)));
+      } else {
+        scratch_.push_back(parseExpression());
+      }
+      if (!accept(TokenKind::Comma)) break;
+    }
+    expect(TokenKind::RightParen, "to close the size");
+  }
+  auto dimensionList = listFrom<Expression>(dimensions);
+  Expression* className = nullptr;
+  if (at(TokenKind::Identifier)) {
+    any = true;
+    className = parseDottedName();
+  }
+  std::size_t const validators = mark();
+  if (at(TokenKind::LeftBrace)) {
+    any = true;
+    take();
+    bool const savedMatrix = inMatrix_;
+    inMatrix_ = false;
+    while (!at(TokenKind::RightBrace)) {
+      skipNewlines();
+      scratch_.push_back(parseExpression());
+      skipNewlines();
+      if (!accept(TokenKind::Comma)) break;
+    }
+    inMatrix_ = savedMatrix;
+    expect(TokenKind::RightBrace, "to close the validators");
+  }
+  auto validatorList = listFrom<Expression>(validators);
+  if (!any) return nullptr;
+  return finish(builder_.make<ast::Validation>(dimensionList, className, validatorList), startOf(first));
+}
+
+Parser::Expression* Parser::parseDottedName() {
+  Token const first = expect(TokenKind::Identifier, "as a name");
+  Expression* name = identifier(first);
+  while (at(TokenKind::Dot) && !peek().spaceBefore) {
+    take();
+    Token const part = peek();
+    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) unexpected(part, "a name after '.'");
+    name = finish(builder_.make<ast::DotOperation>(name, field(take())), startOf(first));
+  }
+  return name;
+}
+
+// ---------------------------------------------------------------------------
+// Classes
+
+Parser::Node* Parser::parseClassdef() {
+  Token const keyword = take();
+  auto attributes = parseAttributes();
+  ast::Identifier* name = parseFunctionName();
+  std::size_t const superclasses = mark();
+  if (accept(TokenKind::Less)) {
+    scratch_.push_back(parseDottedName());
+    while (accept(TokenKind::Amp)) scratch_.push_back(parseDottedName());
+  }
+  auto superclassList = listFrom<Expression>(superclasses);
+  endStatement();
+  std::size_t const blocks = mark();
+  while (true) {
+    while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
+    if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
+    std::size_t const entry = mark();
+    try {
+      scratch_.push_back(parseClassBlock());
+    } catch (SyntaxError const&) {
+      scratch_.resize(entry);
+      recover();
+    }
+  }
+  auto blockList = listFrom<Node>(blocks);
+  expectEnd(keyword);
+  auto* node = finish(builder_.make<ast::Classdef>(attributes, name, superclassList, blockList), startOf(keyword));
+  if (!at(TokenKind::EndOfFile)) endStatement();
+  return node;
+}
+
+Parser::Node* Parser::parseClassBlock() {
+  Token const keyword = peek();
+  std::string_view const kind = keyword.kind == TokenKind::Identifier ? keyword.text : std::string_view();
+  if (kind != "properties" && kind != "methods" && kind != "events" && kind != "enumeration") {
+    unexpected(keyword, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+  }
+  take();
+  auto attributes = parseAttributes();
+  std::size_t const members = mark();
+  while (true) {
+    while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
+    if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
+    std::size_t const entry = mark();
+    try {
+      if (kind == "properties") {
+        scratch_.push_back(parseProperty());
+        endStatement();
+      } else if (kind == "methods") {
+        if (at(TokenKind::Function)) {
+          scratch_.push_back(parseFunction(true, false));
+        } else {
+          scratch_.push_back(parseMethodDeclaration());
+          endStatement();
+        }
+      } else if (kind == "events") {
+        Token const name = expect(TokenKind::Identifier, "as an event name");
+        scratch_.push_back(finish(builder_.make<ast::Event>(identifier(name)), startOf(name)));
+        endStatement();
+      } else {
+        Token const name = expect(TokenKind::Identifier, "as an enumeration member");
+        std::size_t const args = mark();
+        if (at(TokenKind::LeftParen)) parseArguments(TokenKind::RightParen);
+        auto list = listFrom<Expression>(args);
+        scratch_.push_back(finish(builder_.make<ast::Enumerator>(identifier(name), list), startOf(name)));
+        endStatement();
+      }
+    } catch (SyntaxError const&) {
+      scratch_.resize(entry);
+      recover();
+    }
+  }
+  Position const first = startOf(keyword);
+  Node* node = nullptr;
+  if (kind == "properties") {
+    node = builder_.make<ast::PropertiesBlock>(attributes, listFrom<ast::Property>(members));
+  } else if (kind == "methods") {
+    node = builder_.make<ast::MethodsBlock>(attributes, listFrom<ast::Method>(members));
+  } else if (kind == "events") {
+    node = builder_.make<ast::EventsBlock>(attributes, listFrom<ast::Event>(members));
+  } else {
+    node = builder_.make<ast::EnumerationBlock>(attributes, listFrom<ast::Enumerator>(members));
+  }
+  expectEnd(keyword);
+  return finish(node, first);
+}
+
+ast::Property* Parser::parseProperty() {
+  Token const name = expect(TokenKind::Identifier, "as a property name");
+  ast::Validation* validation = parseValidation();
+  Expression* defaultValue = nullptr;
+  if (accept(TokenKind::Assign)) defaultValue = parseExpression();
+  return finish(builder_.make<ast::Property>(identifier(name), validation, defaultValue), startOf(name));
+}
+
+Parser::Node* Parser::parseMethodDeclaration() {
+  Token const first = peek();
+  std::size_t const outputs = mark();
+  if (at(TokenKind::LeftBracket)) {
+    take();
+    while (!at(TokenKind::RightBracket)) {
+      if (accept(TokenKind::Comma)) continue;
+      scratch_.push_back(identifier(expect(TokenKind::Identifier, "as an output name")));
+    }
+    take();
+    expect(TokenKind::Assign, "after the outputs");
+  } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
+    scratch_.push_back(identifier(take()));
+    take();
+  }
+  auto outputList = listFrom<ast::Identifier>(outputs);
+  ast::Identifier* name = parseFunctionName();
+  auto inputList = parseParameters();
+  return finish(builder_.make<ast::MethodDeclaration>(name, inputList, outputList), startOf(first));
+}
+
+// ---------------------------------------------------------------------------
+// Expressions
+
+Parser::Expression* Parser::parseExpression() {
+  Depth depth(*this);
+  return parseBinary(1);
+}
+
+bool Parser::splitsMatrixElement(Token const& op) {
+  // In [a -b] the blank before the sign and none after it start a new element.
+  if (!inMatrix_ || !op.spaceBefore) return false;
+  if (op.kind != TokenKind::Plus && op.kind != TokenKind::Minus) return false;
+  return !peek(1).spaceBefore;
+}
+
+Parser::Expression* Parser::parseBinary(int level) {
+  if (level == 6) return parseRange();
+  if (level == 9) return parseUnary();
+  Expression* left = parseBinary(level + 1);
+  while (true) {
+    Token const& op = peek();
+    std::optional<BinaryOperator> const binary = binaryOperatorAt(level, op.kind);
+    if (!binary || splitsMatrixElement(op)) return left;
+    take();
+    skipNewlines();
+    Expression* right = parseBinary(level + 1);
+    left = finish(builder_.make<ast::BinaryOperation>(*binary, left, right), firstOf(left));
+  }
+}
+
+Parser::Expression* Parser::parseRange() {
+  Expression* first = parseBinary(7);
+  if (!at(TokenKind::Colon)) return first;
+  take();
+  Expression* second = parseBinary(7);
+  if (at(TokenKind::Colon)) {
+    take();
+    Expression* third = parseBinary(7);
+    return finish(builder_.make<ast::ColonVector>(first, second, third), firstOf(first));
+  }
+  return finish(builder_.make<ast::ColonVector>(first, nullptr, second), firstOf(first));
+}
+
+Parser::Expression* Parser::parseUnary() {
+  Token const token = peek();
+  if (std::optional<UnaryOperator> const op = prefixOperator(token.kind)) {
+    Depth depth(*this);
+    take();
+    Expression* operand = parseUnary();
+    return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
+  }
+  return parsePower();
+}
+
+Parser::Expression* Parser::parsePower() {
+  Token const first = peek();
+  Expression* left = parsePostfix(parsePrimary(), startOf(first));
+  while (at(TokenKind::Caret) || at(TokenKind::DotCaret)) {
+    BinaryOperator const op =
+        take().kind == TokenKind::Caret ? BinaryOperator::MatrixPower : BinaryOperator::ElementPower;
+    Expression* right = parsePowerOperand();
+    left = finish(builder_.make<ast::BinaryOperation>(op, left, right), firstOf(left));
+  }
+  return left;
+}
+
+Parser::Expression* Parser::parsePowerOperand() {
+  // 2^-1: a prefix operator may stand on the right of a power.
+  Token const token = peek();
+  if (std::optional<UnaryOperator> const op = prefixOperator(token.kind)) {
+    Depth depth(*this);
+    take();
+    Expression* operand = parsePowerOperand();
+    return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
+  }
+  return parsePostfix(parsePrimary(), startOf(token));
+}
+
+Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
+  Expression* result = base;
+  while (true) {
+    Token const& token = peek();
+    // In a matrix, a blank before ( or { starts a new element: [f (1)].
+    if (inMatrix_ && token.spaceBefore &&
+        (token.kind == TokenKind::LeftParen || token.kind == TokenKind::LeftBrace || token.kind == TokenKind::Dot)) {
+      return result;
+    }
+    switch (token.kind) {
+      case TokenKind::LeftParen:
+      case TokenKind::LeftBrace: {
+        bool const paren = token.kind == TokenKind::LeftParen;
+        std::size_t const args = mark();
+        parseArguments(paren ? TokenKind::RightParen : TokenKind::RightBrace);
+        auto list = listFrom<Expression>(args);
+        result = paren ? static_cast<Expression*>(builder_.make<ast::ParenOperation>(result, list))
+                       : static_cast<Expression*>(builder_.make<ast::BraceOperation>(result, list));
+        finish(result, first);
+        break;
+      }
+      case TokenKind::Dot: {
+        take();
+        if (at(TokenKind::LeftParen)) {
+          take();
+          bool const savedMatrix = inMatrix_;
+          inMatrix_ = false;
+          Expression* name = parseExpression();
+          inMatrix_ = savedMatrix;
+          expect(TokenKind::RightParen, "to close the dynamic field");
+          result = finish(builder_.make<ast::DotParenOperation>(result, name), first);
+        } else {
+          Token const name = peek();
+          if (name.kind != TokenKind::Identifier && !isKeyword(name.kind)) unexpected(name, "a field name after '.'");
+          result = finish(builder_.make<ast::DotOperation>(result, field(take())), first);
+        }
+        break;
+      }
+      case TokenKind::Transpose:
+      case TokenKind::DotTranspose: {
+        UnaryOperator const op =
+            take().kind == TokenKind::Transpose ? UnaryOperator::ComplexTranspose : UnaryOperator::Transpose;
+        result = finish(builder_.make<ast::UnaryOperation>(op, result), first);
+        break;
+      }
+      case TokenKind::At: {
+        // name@pkg.Super: a call of a superclass method or constructor.
+        if (token.spaceBefore || result->getKind() != NodeKind::Identifier) return result;
+        take();
+        Expression* superclass = parseDottedName();
+        result = finish(builder_.make<ast::BinaryOperation>(BinaryOperator::SuperclassCall, result, superclass), first);
+        break;
+      }
+      default: return result;
+    }
+  }
+}
+
+void Parser::parseArguments(TokenKind close) {
+  Token const open = take();
+  bool const savedMatrix = inMatrix_;
+  inMatrix_ = false;
+  ++indexDepth_;
+  skipNewlines();
+  while (!at(close)) {
+    Token const token = peek();
+    if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
+      take();
+      scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
+    } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
+      // Name=value at the end of an argument list.
+      take();
+      ast::Field* name = field(token);
+      take();
+      Expression* value = parseExpression();
+      scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
+    } else {
+      scratch_.push_back(parseExpression());
+    }
+    skipNewlines();
+    if (!accept(TokenKind::Comma)) break;
+    skipNewlines();
+  }
+  --indexDepth_;
+  inMatrix_ = savedMatrix;
+  if (!at(close)) {
+    unexpected(peek(), fmt::format("{} or ',' in the argument list that starts at line {}, column {}",
+                                   describeKind(close), open.line, open.column));
+  }
+  take();
+}
+
+Parser::Expression* Parser::parseMatrix(bool cell) {
+  Depth depth(*this);
+  Token const open = take();
+  TokenKind const close = cell ? TokenKind::RightBrace : TokenKind::RightBracket;
+  bool const savedMatrix = inMatrix_;
+  inMatrix_ = true;
+  std::size_t const rows = mark();
+  std::size_t elements = mark();
+  Position rowStart{};
+  auto endRow = [&] {
+    if (mark() == elements) return;
+    auto list = listFrom<Expression>(elements);
+    scratch_.push_back(finish(builder_.make<ast::Row>(list), rowStart));
+    elements = mark();
+  };
+  while (true) {
+    Token const token = peek();
+    if (token.kind == close) break;
+    if (token.kind == TokenKind::Newline || token.kind == TokenKind::Semicolon) {
+      take();
+      endRow();
+      continue;
+    }
+    if (token.kind == TokenKind::Comma) {
+      take();
+      continue;
+    }
+    if (!startsExpression(token.kind)) {
+      unexpected(token, fmt::format("{} to close the {} that starts at line {}, column {}", describeKind(close),
+                                    cell ? "cell array" : "matrix", open.line, open.column));
+    }
+    if (mark() == elements) rowStart = startOf(token);
+    scratch_.push_back(parseExpression());
+  }
+  endRow();
+  inMatrix_ = savedMatrix;
+  take();
+  auto rowList = listFrom<ast::Row>(rows);
+  Expression* node = cell ? static_cast<Expression*>(builder_.make<ast::CellArray>(rowList))
+                          : static_cast<Expression*>(builder_.make<ast::Matrix>(rowList));
+  return finish(node, startOf(open));
+}
+
+Parser::Expression* Parser::parseAnonymousFunction(Position first) {
+  ScopeGuard scope(*this, true);
+  auto inputs = parseParameters();
+  bool const savedMatrix = inMatrix_;
+  int const savedIndex = indexDepth_;
+  inMatrix_ = false;
+  indexDepth_ = 0;
+  Expression* body = parseExpression();
+  inMatrix_ = savedMatrix;
+  indexDepth_ = savedIndex;
+  return finish(builder_.make<ast::AnonymousFunction>(inputs, body), first);
+}
+
+Parser::Expression* Parser::parsePrimary() {
+  Token const token = peek();
+  switch (token.kind) {
+    case TokenKind::Identifier: return identifier(take());
+    case TokenKind::Number: return number(take());
+    case TokenKind::CharVector:
+    case TokenKind::String: return literal(take());
+    case TokenKind::LeftParen: {
+      Depth depth(*this);
+      take();
+      bool const savedMatrix = inMatrix_;
+      inMatrix_ = false;
+      skipNewlines();
+      Expression* inner = parseExpression();
+      skipNewlines();
+      inMatrix_ = savedMatrix;
+      expect(TokenKind::RightParen, fmt::format("to close the '(' at line {}, column {}", token.line, token.column));
+      return finish(builder_.make<ast::ParenthesizedExpression>(inner), startOf(token));
+    }
+    case TokenKind::LeftBracket: return parseMatrix(false);
+    case TokenKind::LeftBrace: return parseMatrix(true);
+    case TokenKind::At: {
+      take();
+      if (at(TokenKind::LeftParen)) return parseAnonymousFunction(startOf(token));
+      Expression* name = parseDottedName();
+      return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::FunctionHandle, name), startOf(token));
+    }
+    case TokenKind::Question: {
+      take();
+      Expression* name = parseDottedName();
+      return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
+    }
+    case TokenKind::End:
+      if (indexDepth_ > 0) {
+        take();
+        return finish(builder_.make<ast::EndIndex>(), startOf(token));
+      }
+      break;
+    case TokenKind::Colon:
+      if (indexDepth_ > 0) {
+        take();
+        return finish(builder_.make<ast::ColonIndex>(), startOf(token));
+      }
+      break;
+    default: break;
+  }
+  unexpected(token, "an expression");
+}
+
+Parser::Expression* Parser::literal(Token const& token) {
+  std::string const value = unquote(token.text);
+  Expression* node = token.kind == TokenKind::CharVector
+                         ? static_cast<Expression*>(builder_.make<ast::CharVectorLiteral>(text(value)))
+                         : static_cast<Expression*>(builder_.make<ast::StringLiteral>(text(value)));
+  node->setSourceRange({startOf(token), lastOf(token)});
+  return node;
+}
+
+Parser::Expression* Parser::number(Token const& token) {
+  std::string_view spelled = token.text;
+  NumericValue value = 0.0;
+  bool const prefixed = spelled.size() > 2 && spelled[0] == '0' &&
+                        (spelled[1] == 'x' || spelled[1] == 'X' || spelled[1] == 'b' || spelled[1] == 'B');
+  if (prefixed) {
+    int const base = (spelled[1] == 'x' || spelled[1] == 'X') ? 16 : 2;
+    std::string_view digits = spelled.substr(2);
+    std::string_view suffix;
+    if (std::size_t const s = digits.find_first_of("us"); s != std::string_view::npos) {
+      suffix = digits.substr(s);
+      digits = digits.substr(0, s);
+    }
+    std::uint64_t raw = 0;
+    auto const [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), raw, base);
+    (void)end;
+    if (status == std::errc::result_out_of_range) fail(token, "number does not fit in 64 bits");
+    int const bits = suffix.empty() ? 0 : std::stoi(std::string(suffix.substr(1)));
+    bool const isSigned = !suffix.empty() && suffix[0] == 's';
+    // Without a suffix the literal takes the smallest unsigned type that holds it.
+    int const width = bits != 0 ? bits : raw <= 0xFF ? 8 : raw <= 0xFFFF ? 16 : raw <= 0xFFFFFFFF ? 32 : 64;
+    if (width < 64 && raw >> width != 0) fail(token, fmt::format("number does not fit in {} bits", width));
+    // A signed literal is the two's complement of its bits.
+    switch (width) {
+      case 8:
+        value = isSigned ? NumericValue(static_cast<std::int8_t>(raw)) : NumericValue(static_cast<std::uint8_t>(raw));
+        break;
+      case 16:
+        value = isSigned ? NumericValue(static_cast<std::int16_t>(raw)) : NumericValue(static_cast<std::uint16_t>(raw));
+        break;
+      case 32:
+        value = isSigned ? NumericValue(static_cast<std::int32_t>(raw)) : NumericValue(static_cast<std::uint32_t>(raw));
+        break;
+      default: value = isSigned ? NumericValue(static_cast<std::int64_t>(raw)) : NumericValue(raw); break;
+    }
+  } else {
+    bool imaginary = false;
+    char const lastChar = spelled.back();
+    if (lastChar == 'i' || lastChar == 'j' || lastChar == 'I' || lastChar == 'J') {
+      imaginary = true;
+      spelled.remove_suffix(1);
+    }
+    std::string normalized(spelled);
+    for (char& c : normalized) {
+      if (c == 'd' || c == 'D') c = 'e';
+    }
+    double parsed = 0.0;
+    auto const [end, status] = std::from_chars(normalized.data(), normalized.data() + normalized.size(), parsed);
+    (void)end;
+    if (status == std::errc::result_out_of_range) parsed = std::numeric_limits<double>::infinity();
+    value = imaginary ? NumericValue(lf::astapi::ImaginaryDouble{parsed}) : NumericValue(parsed);
+  }
+  auto* node = builder_.make<ast::NumberLiteral>(value, text(token.text));
+  node->setSourceRange({startOf(token), lastOf(token)});
+  return node;
+}
+
+}  // namespace frontend

@@ -1,0 +1,179 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "frontend/diagnostic.hpp"
+#include "frontend/lexer.hpp"
+#include "platform/ast/syntax_tree.hpp"
+
+namespace frontend {
+
+/// Whether the functions of a file end with `end` (and may nest) or run to the
+/// next `function`. A file does one or the other throughout.
+enum class FunctionStyle : std::uint8_t { Terminated, Open };
+
+/// A recursive-descent parser for one file, building the tree bottom up.
+///
+/// Invariants: every node it makes has its source range; each call that
+/// consumes a token makes progress, so that recovery after an error always
+/// ends; nesting deeper than `maxNestingDepth` is reported, not followed.
+class Parser {
+ public:
+  Parser(std::string_view source, std::string_view path, FunctionStyle style);
+
+  /// Parses the whole file. Never throws for bad input.
+  std::shared_ptr<ca::astapi::SyntaxTree const> parseFile();
+
+  std::vector<Diagnostic>& diagnostics() { return diagnostics_; }
+  std::size_t errorCount() const { return errorCount_; }
+
+ private:
+  using Node = ca::ast::Node;
+  using Expression = ca::ast::Expression;
+  using Position = lf::astapi::SourcePosition;
+
+  struct SyntaxError {};    // unwinds to the statement being parsed
+  struct TooManyErrors {};  // unwinds to the file
+
+  // Which construct a body belongs to, for the tokens that end it.
+  enum class BodyOf : std::uint8_t { File, Function, Block };
+
+  // Tokens.
+  Token const& peek(std::size_t ahead = 0);
+  Token take();
+  bool at(TokenKind kind) { return peek().kind == kind; }
+  bool accept(TokenKind kind);
+  Token expect(TokenKind kind, std::string_view context);
+  [[noreturn]] void fail(Token const& token, std::string const& message);
+  [[noreturn]] void unexpected(Token const& token, std::string_view expected);
+  void report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message);
+  std::string describe(Token const& token) const;
+  void skipNewlines();
+
+  // Positions and ranges.
+  Position startOf(Token const& token) const { return {token.offset, token.line, token.column}; }
+  Position lastOf(Token const& token) const;
+  template <class T>
+  T* finish(T* node, Position first) {
+    node->setSourceRange({first, lastEnd_});
+    return node;
+  }
+  Position firstOf(Node const* node) const { return node->getSourceRange().first; }
+
+  // Lists are gathered on one scratch stack and copied to the arena.
+  std::size_t mark() const { return scratch_.size(); }
+  template <class T>
+  lf::astapi::NodeList<T> listFrom(std::size_t mark);
+
+  // Text.
+  ca::astapi::StringId intern(std::string_view name);
+  ca::astapi::TextView text(std::string_view utf8);
+  ca::ast::Identifier* identifier(Token const& token);
+  ca::ast::Field* field(Token const& token);
+
+  // Statements.
+  void parseBody(BodyOf owner);
+  bool endsBody(BodyOf owner);
+  Node* parseStatement();
+  void recover();
+  void endStatement();
+  Node* parseSimpleStatement();
+  Node* parseCommand(Token const& name);
+  bool isCommandSyntax(Token const& name);
+  Node* parseImport(Token const& keyword);
+  Node* parseMultiAssignment();
+  bool startsMultiAssignment();
+  Node* parseIf();
+  Node* parseFor();
+  Node* parseWhile();
+  Node* parseSwitch();
+  Node* parseTry();
+  Node* parseSpmd();
+  Node* parseDeclaration();
+  void endHeader();
+  void expectEnd(Token const& opener);
+
+  // Functions and classes.
+  Node* parseFunction(bool method, bool nested);
+  ca::ast::Identifier* parseFunctionName();
+  lf::astapi::NodeList<ca::ast::InputArgument> parseParameters();
+  bool startsArgumentsBlock();
+  ca::ast::ArgumentsBlock* parseArgumentsBlock();
+  ca::ast::Argument* parseArgumentEntry();
+  ca::ast::Validation* parseValidation();
+  lf::astapi::NodeList<ca::ast::Attribute> parseAttributes();
+  Node* parseClassdef();
+  Node* parseClassBlock();
+  ca::ast::Property* parseProperty();
+  Node* parseMethodDeclaration();
+  Expression* parseDottedName();
+
+  // Expressions.
+  Expression* parseExpression();
+  Expression* parseBinary(int level);
+  Expression* parseRange();
+  Expression* parseUnary();
+  Expression* parsePower();
+  Expression* parsePowerOperand();
+  Expression* parsePostfix(Expression* base, Position first);
+  Expression* parsePrimary();
+  Expression* parseMatrix(bool cell);
+  Expression* parseAnonymousFunction(Position first);
+  void parseArguments(TokenKind close);
+  Expression* literal(Token const& token);
+  Expression* number(Token const& token);
+  bool splitsMatrixElement(Token const& op);
+
+  // Scopes of variables, for telling command syntax from expressions.
+  void openScope(bool inheritsParent);
+  void closeScope();
+  struct ScopeGuard {
+    ScopeGuard(Parser& parser, bool inheritsParent) : parser_(parser) { parser_.openScope(inheritsParent); }
+    ~ScopeGuard() { parser_.closeScope(); }
+    Parser& parser_;
+  };
+  void defineVariable(std::string_view name);
+  void defineTarget(Expression const* target);
+  bool isVariable(std::string_view name) const;
+
+  struct Depth {
+    explicit Depth(Parser& parser);
+    ~Depth() { --parser_.depth_; }
+    Parser& parser_;
+  };
+
+  struct Scope {
+    std::unordered_set<std::string_view> variables;
+    bool inheritsParent;
+  };
+
+  std::string_view source_;
+  std::string diagnosticPath_;
+  std::u16string treePath_;
+  FunctionStyle style_;
+  Lexer lexer_;
+  ca::astapi::TreeBuilder builder_;
+  std::deque<Token> lookahead_;
+  Position lastEnd_{};
+  std::vector<Diagnostic> diagnostics_;
+  std::size_t errorCount_ = 0;
+  std::vector<Node const*> scratch_;
+  // Where the statements of the file end on the scratch stack.
+  std::size_t fileStatementsEnd_ = 0;
+  std::unordered_map<std::string_view, ca::astapi::StringId> names_;
+  std::vector<Scope> scopes_;
+  int depth_ = 0;
+  // Expression context: elements of a matrix or cell split at blanks, and
+  // `end` inside an index is the index's end.
+  bool inMatrix_ = false;
+  int indexDepth_ = 0;
+};
+
+}  // namespace frontend

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "platform/ast/ast.hpp"
+
+namespace frontend {
+
+enum class DumpLayout { OneLine, Indented };
+
+/// Writes a tree as `(Kind child child ...)`, with the text of leaves:
+///
+///     (Program (Assignment (Identifier x) (BinaryOperation + (Identifier a) (NumberLiteral 1))))
+///
+/// Operators stand after the kind, text literals keep their quotes, and `~`
+/// marks a negated attribute. The indented layout puts each node with
+/// children on a line of its own.
+std::string dumpTree(ca::ast::Node const& node, DumpLayout layout = DumpLayout::OneLine);
+
+}  // namespace frontend
