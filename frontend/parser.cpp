@@ -789,7 +789,6 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
   std::size_t const inputs = mark();
   if (!at(TokenKind::LeftParen)) return listFrom<ast::InputArgument>(inputs);
   take();
-  skipNewlines();
   while (!at(TokenKind::RightParen)) {
     Token const token = peek();
     if (token.kind == TokenKind::Tilde || token.kind == TokenKind::Bang) {
@@ -803,9 +802,7 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
     } else {
       unexpected(token, "an input name or '~'");
     }
-    skipNewlines();
     if (!accept(TokenKind::Comma)) break;
-    skipNewlines();
   }
   expect(TokenKind::RightParen, "to close the inputs");
   return listFrom<ast::InputArgument>(inputs);
@@ -1144,7 +1141,6 @@ Parser::Expression* Parser::parseBinary(int level) {
     std::optional<BinaryOperator> const binary = binaryOperatorAt(level, op.kind);
     if (!binary || splitsMatrixElement(op)) return left;
     take();
-    skipNewlines();
     Expression* right = parseBinary(level + 1);
     left = finish(builder_.make<ast::BinaryOperation>(*binary, left, right), firstOf(left));
   }
@@ -1261,7 +1257,8 @@ void Parser::parseArguments(TokenKind close) {
   bool const savedMatrix = inMatrix_;
   inMatrix_ = false;
   ++indexDepth_;
-  skipNewlines();
+  // A line end inside parentheses or braces ends the statement: lines go on
+  // only with a continuation.
   while (!at(close)) {
     Token const token = peek();
     if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
@@ -1277,9 +1274,7 @@ void Parser::parseArguments(TokenKind close) {
     } else {
       scratch_.push_back(parseExpression());
     }
-    skipNewlines();
     if (!accept(TokenKind::Comma)) break;
-    skipNewlines();
   }
   --indexDepth_;
   inMatrix_ = savedMatrix;
@@ -1358,9 +1353,7 @@ Parser::Expression* Parser::parsePrimary() {
       take();
       bool const savedMatrix = inMatrix_;
       inMatrix_ = false;
-      skipNewlines();
       Expression* inner = parseExpression();
-      skipNewlines();
       inMatrix_ = savedMatrix;
       expect(TokenKind::RightParen, fmt::format("to close the '(' at line {}, column {}", token.line, token.column));
       return finish(builder_.make<ast::ParenthesizedExpression>(inner), startOf(token));
@@ -1370,11 +1363,13 @@ Parser::Expression* Parser::parsePrimary() {
     case TokenKind::At: {
       take();
       if (at(TokenKind::LeftParen)) return parseAnonymousFunction(startOf(token));
+      if (!at(TokenKind::Identifier)) unexpected(peek(), "a function name or '(' after '@'");
       Expression* name = parseDottedName();
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::FunctionHandle, name), startOf(token));
     }
     case TokenKind::Question: {
       take();
+      if (!at(TokenKind::Identifier)) unexpected(peek(), "a class name after '?'");
       Expression* name = parseDottedName();
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
     }

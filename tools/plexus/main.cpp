@@ -32,7 +32,8 @@ int runParse(std::vector<std::string> const& paths) {
     }
     if (result.hasErrors()) ++withErrors;
   }
-  fmt::print(stderr, "{} files parsed, {} with errors\n", sources.files.size(), withErrors);
+  std::size_t const parsed = sources.files.size();
+  fmt::print(stderr, "{} {} parsed, {} with errors\n", parsed, parsed == 1 ? "file" : "files", withErrors);
   return failed || withErrors > 0 ? 1 : 0;
 }
 
