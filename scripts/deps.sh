@@ -10,9 +10,10 @@ plexus_packages=(
   libfmt-dev nlohmann-json3-dev libcli11-dev
 )
 
-plexus_install_deps() {
+# Installs the given packages, when any is missing.
+plexus_install_packages() {
   local missing=()
-  for package in "${plexus_packages[@]}"; do
+  for package in "$@"; do
     if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
       missing+=("$package")
     fi
@@ -27,4 +28,8 @@ plexus_install_deps() {
   fi
   $sudo apt-get update -qq
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+plexus_install_deps() {
+  plexus_install_packages "${plexus_packages[@]}"
 }

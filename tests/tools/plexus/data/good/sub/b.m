@@ -1,0 +1,3 @@
+function r = b(v)
+  r = v.^2;
+end
