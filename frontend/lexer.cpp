@@ -69,7 +69,17 @@ std::uint32_t Lexer::columnOf(std::uint32_t offset, std::uint32_t lineStart) con
   return column;
 }
 
+lf::astapi::SourcePosition Lexer::lastCharacter() const {
+  auto const last = static_cast<std::uint32_t>(source_.size() - 1);
+  // A final line end belongs to the line before the (empty) current one.
+  if (lineStart_ == source_.size() && line_ > 1) {
+    return {last, line_ - 1, columnOf(last, previousLineStart_)};
+  }
+  return {last, line_, columnOf(last, lineStart_)};
+}
+
 void Lexer::newLine(std::uint32_t nextLineStart) {
+  previousLineStart_ = lineStart_;
   ++line_;
   lineStart_ = nextLineStart;
   lineHasToken_ = false;
@@ -84,6 +94,11 @@ Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
   token.line = line_;
   token.column = nonAsciiOnLine_ ? columnOf(start, lineStart_) : start - lineStart_ + 1;
   token.text = source_.substr(start, pos_ - start);
+  if (kind == TokenKind::CharVector || kind == TokenKind::String || kind == TokenKind::Error) {
+    for (char c : token.text) {
+      if (static_cast<unsigned char>(c) >= 0x80) token.ascii = false;
+    }
+  }
   if (kind != TokenKind::Newline) lineHasToken_ = true;
   previousIndexEnd_ = kind == TokenKind::End && insideIndex();
   previous_ = kind;
@@ -135,6 +150,7 @@ bool Lexer::skipBlockComment(Token* failure) {
   pos_ = static_cast<std::uint32_t>(source_.size());
   Token token;
   token.kind = TokenKind::Error;
+  token.ascii = true;
   token.offset = start;
   token.line = startLine;
   token.column = startColumn;

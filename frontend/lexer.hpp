@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "frontend/token.hpp"
+#include "platform/ast/source_range.hpp"
 
 namespace frontend {
 
@@ -47,6 +48,10 @@ class Lexer {
   std::uint32_t columnOf(std::uint32_t offset, std::uint32_t lineStart) const;
   std::string_view source() const { return source_; }
 
+  /// The position of the source's last character; valid once the lexer has
+  /// reached the end of the source, and for a source that is not empty.
+  lf::astapi::SourcePosition lastCharacter() const;
+
  private:
   Token make(TokenKind kind, std::uint32_t start, bool spaceBefore);
   Token error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message);
@@ -64,6 +69,7 @@ class Lexer {
   std::uint32_t pos_ = 0;
   std::uint32_t line_ = 1;
   std::uint32_t lineStart_ = 0;
+  std::uint32_t previousLineStart_ = 0;
   bool lineHasToken_ = false;
   bool nonAsciiOnLine_ = false;
   TokenKind previous_ = TokenKind::Newline;

@@ -21,6 +21,8 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
   static constexpr std::string_view openers[] = {"if",     "for",         "parfor",   "while",      "switch",
                                                  "try",    "spmd",        "classdef", "properties", "methods",
                                                  "events", "enumeration", "arguments"};
+  hasFunctions = text.find("function") != std::string_view::npos;
+  if (!hasFunctions) return FunctionStyle::Terminated;
   std::size_t functions = 0, blocks = 0, ends = 0;
   std::size_t i = 0;
   while (i < text.size()) {
@@ -41,7 +43,6 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
     while (i < text.size() && text[i] != '\n' && text[i] != '\r') ++i;
     while (i < text.size() && (text[i] == '\n' || text[i] == '\r')) ++i;
   }
-  hasFunctions = functions > 0;
   return ends >= blocks + functions ? FunctionStyle::Terminated : FunctionStyle::Open;
 }
 

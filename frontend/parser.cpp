@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -32,51 +33,37 @@ bool isBlockCloser(TokenKind kind) {
 
 bool isKeyword(TokenKind kind) { return kind >= TokenKind::Break && kind <= TokenKind::While; }
 
-// The operator of a binary token at a precedence level, from loosest (1) to
-// tightest (8); levels 6 (ranges) and 9 and up are parsed apart.
-std::optional<BinaryOperator> binaryOperatorAt(int level, TokenKind kind) {
-  switch (level) {
-    case 1:
-      if (kind == TokenKind::PipePipe) return BinaryOperator::ShortCircuitOr;
-      break;
-    case 2:
-      if (kind == TokenKind::AmpAmp) return BinaryOperator::ShortCircuitAnd;
-      break;
-    case 3:
-      if (kind == TokenKind::Pipe) return BinaryOperator::ElementOr;
-      break;
-    case 4:
-      if (kind == TokenKind::Amp) return BinaryOperator::ElementAnd;
-      break;
-    case 5:
-      switch (kind) {
-        case TokenKind::EqualEqual: return BinaryOperator::Equal;
-        case TokenKind::NotEqual: return BinaryOperator::NotEqual;
-        case TokenKind::Less: return BinaryOperator::Less;
-        case TokenKind::LessEqual: return BinaryOperator::LessEqual;
-        case TokenKind::Greater: return BinaryOperator::Greater;
-        case TokenKind::GreaterEqual: return BinaryOperator::GreaterEqual;
-        default: break;
-      }
-      break;
-    case 7:
-      if (kind == TokenKind::Plus) return BinaryOperator::Plus;
-      if (kind == TokenKind::Minus) return BinaryOperator::Minus;
-      break;
-    case 8:
-      switch (kind) {
-        case TokenKind::Star: return BinaryOperator::MatrixTimes;
-        case TokenKind::Slash: return BinaryOperator::MatrixRightDivide;
-        case TokenKind::Backslash: return BinaryOperator::MatrixLeftDivide;
-        case TokenKind::DotStar: return BinaryOperator::ElementTimes;
-        case TokenKind::DotSlash: return BinaryOperator::ElementRightDivide;
-        case TokenKind::DotBackslash: return BinaryOperator::ElementLeftDivide;
-        default: break;
-      }
-      break;
-    default: break;
+// The precedence level of a binary token, from loosest (1) to tightest (8),
+// and its operator; 0 for a token that is none. Level 6 is the colon of a
+// range, which makes a ColonVector rather than a binary operation.
+struct BinaryToken {
+  int level;
+  BinaryOperator op;
+};
+
+BinaryToken binaryTokenOf(TokenKind kind) {
+  switch (kind) {
+    case TokenKind::PipePipe: return {1, BinaryOperator::ShortCircuitOr};
+    case TokenKind::AmpAmp: return {2, BinaryOperator::ShortCircuitAnd};
+    case TokenKind::Pipe: return {3, BinaryOperator::ElementOr};
+    case TokenKind::Amp: return {4, BinaryOperator::ElementAnd};
+    case TokenKind::EqualEqual: return {5, BinaryOperator::Equal};
+    case TokenKind::NotEqual: return {5, BinaryOperator::NotEqual};
+    case TokenKind::Less: return {5, BinaryOperator::Less};
+    case TokenKind::LessEqual: return {5, BinaryOperator::LessEqual};
+    case TokenKind::Greater: return {5, BinaryOperator::Greater};
+    case TokenKind::GreaterEqual: return {5, BinaryOperator::GreaterEqual};
+    case TokenKind::Colon: return {6, BinaryOperator::Plus};
+    case TokenKind::Plus: return {7, BinaryOperator::Plus};
+    case TokenKind::Minus: return {7, BinaryOperator::Minus};
+    case TokenKind::Star: return {8, BinaryOperator::MatrixTimes};
+    case TokenKind::Slash: return {8, BinaryOperator::MatrixRightDivide};
+    case TokenKind::Backslash: return {8, BinaryOperator::MatrixLeftDivide};
+    case TokenKind::DotStar: return {8, BinaryOperator::ElementTimes};
+    case TokenKind::DotSlash: return {8, BinaryOperator::ElementRightDivide};
+    case TokenKind::DotBackslash: return {8, BinaryOperator::ElementLeftDivide};
+    default: return {0, BinaryOperator::Plus};
   }
-  return std::nullopt;
 }
 
 std::optional<UnaryOperator> prefixOperator(TokenKind kind) {
@@ -151,14 +138,26 @@ Parser::Depth::Depth(Parser& parser) : parser_(parser) {
 // ---------------------------------------------------------------------------
 // Tokens and diagnostics
 
-Token const& Parser::peek(std::size_t ahead) {
-  while (lookahead_.size() <= ahead) lookahead_.push_back(lexer_.next());
-  return lookahead_[ahead];
+Token const& Parser::fill(std::size_t ahead) {
+  if (ahead >= ring_.size()) {
+    // Grow, keeping the tokens in order from the start of the new ring.
+    std::vector<Token> grown(ring_.size() * 2 > ahead ? ring_.size() * 2 : std::bit_ceil(ahead + 1));
+    for (std::size_t i = 0; i < buffered_; ++i) grown[i] = ring_[(head_ + i) & (ring_.size() - 1)];
+    ring_ = std::move(grown);
+    head_ = 0;
+  }
+  while (buffered_ <= ahead) {
+    ring_[(head_ + buffered_) & (ring_.size() - 1)] = lexer_.next();
+    ++buffered_;
+  }
+  return ring_[(head_ + ahead) & (ring_.size() - 1)];
 }
 
 Token Parser::take() {
-  Token token = peek();
-  lookahead_.pop_front();
+  if (buffered_ == 0) fill(0);
+  Token const token = ring_[head_];
+  head_ = (head_ + 1) & (ring_.size() - 1);
+  --buffered_;
   if (token.kind != TokenKind::EndOfFile && token.kind != TokenKind::Newline) lastEnd_ = lastOf(token);
   return token;
 }
@@ -175,9 +174,12 @@ Token Parser::expect(TokenKind kind, std::string_view context) {
 }
 
 Parser::Position Parser::lastOf(Token const& token) const {
-  std::uint32_t characters = 0;
-  for (char c : token.text) {
-    if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+  std::uint32_t characters = static_cast<std::uint32_t>(token.text.size());
+  if (!token.ascii) {
+    characters = 0;
+    for (char c : token.text) {
+      if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+    }
   }
   std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
   return {token.offset + (length > 0 ? length - 1 : 0), token.line,
@@ -237,7 +239,12 @@ ca::astapi::StringId Parser::intern(std::string_view name) {
   return entry->second;
 }
 
-ca::astapi::TextView Parser::text(std::string_view utf8) { return builder_.text(widen(utf8)); }
+ca::astapi::TextView Parser::text(std::string_view utf8) {
+  for (char c : utf8) {
+    if (static_cast<unsigned char>(c) >= 0x80) return builder_.text(fl::i18n::to_ustring(std::string(utf8)));
+  }
+  return builder_.asciiText(utf8);
+}
 
 ast::Identifier* Parser::identifier(Token const& token) {
   auto* node = builder_.make<ast::Identifier>(intern(token.text));
@@ -307,19 +314,7 @@ std::shared_ptr<ca::astapi::SyntaxTree const> Parser::parseFile() {
   }
   auto* program = builder_.make<ast::Program>(builder_.text(treePath_), listFrom<Node>(body));
   lf::astapi::SourcePosition const first{0, 1, 1};
-  lf::astapi::SourcePosition last = first;
-  if (!source_.empty()) {
-    std::uint32_t const end = static_cast<std::uint32_t>(source_.size() - 1);
-    std::uint32_t line = 1;
-    std::uint32_t lineStart = 0;
-    for (std::uint32_t i = 0; i < end; ++i) {
-      if (source_[i] == '\n' || (source_[i] == '\r' && source_[i + 1] != '\n')) {
-        ++line;
-        lineStart = i + 1;
-      }
-    }
-    last = {end, line, lexer_.columnOf(end, lineStart)};
-  }
+  lf::astapi::SourcePosition const last = source_.empty() ? first : lexer_.lastCharacter();
   program->setSourceRange({first, last});
   return builder_.finish(program, type);
 }
@@ -435,11 +430,12 @@ Parser::Node* Parser::parseStatement() {
     }
     case TokenKind::Bang: {
       Token const bang = take();
-      lookahead_.clear();
+      dropLookahead();
       std::string_view const command = lexer_.readRestOfLine();
       auto* node = builder_.make<ast::BangStatement>(text(command));
       Token whole = bang;
       whole.text = source_.substr(bang.offset, command.size() + 1);
+      whole.ascii = false;
       Position const last = lastOf(whole);
       node->setSourceRange({startOf(bang), last});
       lastEnd_ = last;
@@ -452,7 +448,7 @@ Parser::Node* Parser::parseStatement() {
 
 Parser::Node* Parser::parseSimpleStatement() {
   Token const first = peek();
-  if (first.kind == TokenKind::Identifier && lookahead_.size() == 1) {
+  if (first.kind == TokenKind::Identifier && buffered() == 1) {
     if (first.text == "import" && isCommandSyntax(first)) return parseImport(take());
     if (isCommandSyntax(first)) return parseCommand(take());
   }
@@ -508,7 +504,7 @@ bool Parser::isCommandSyntax(Token const& name) {
 }
 
 Parser::Node* Parser::parseCommand(Token const& name) {
-  lookahead_.clear();
+  dropLookahead();
   auto* function = identifier(name);
   std::size_t const args = mark();
   for (Lexer::Word const& word : lexer_.readCommandWords()) {
@@ -531,12 +527,22 @@ Parser::Node* Parser::parseImport(Token const& keyword) {
   std::size_t const parts = mark();
   Token part = expect(TokenKind::Identifier, "after 'import'");
   scratch_.push_back(identifier(part));
-  while (accept(TokenKind::Dot)) {
+  auto wildcard = [this] {
+    Token const star = take();
+    auto* node = builder_.make<ast::Identifier>(intern("*"));
+    Position const last = lastOf(star);  // the '*' of ".*" or of "*"
+    node->setSourceRange({last, last});
+    scratch_.push_back(node);
+  };
+  while (true) {
+    // The lexer reads ".*" as one operator: here it is a dot and a wildcard.
+    if (at(TokenKind::DotStar)) {
+      wildcard();
+      break;
+    }
+    if (!accept(TokenKind::Dot)) break;
     if (at(TokenKind::Star)) {
-      Token const star = take();
-      auto* wildcard = builder_.make<ast::Identifier>(intern("*"));
-      wildcard->setSourceRange({startOf(star), lastOf(star)});
-      scratch_.push_back(wildcard);
+      wildcard();
       break;
     }
     scratch_.push_back(identifier(expect(TokenKind::Identifier, "after '.' in an import")));
@@ -1132,31 +1138,34 @@ bool Parser::splitsMatrixElement(Token const& op) {
   return !peek(1).spaceBefore;
 }
 
-Parser::Expression* Parser::parseBinary(int level) {
-  if (level == 6) return parseRange();
-  if (level == 9) return parseUnary();
-  Expression* left = parseBinary(level + 1);
+Parser::Expression* Parser::parseBinary(int minLevel) {
+  // Precedence climbing: operators of a level at least minLevel bind here,
+  // left to right; the right operand takes only tighter ones.
+  Expression* left = parseUnary();
   while (true) {
-    Token const& op = peek();
-    std::optional<BinaryOperator> const binary = binaryOperatorAt(level, op.kind);
-    if (!binary || splitsMatrixElement(op)) return left;
+    Token const& token = peek();
+    BinaryToken const binary = binaryTokenOf(token.kind);
+    if (binary.level < minLevel || binary.level == 0) return left;
+    if (binary.level == 6) {
+      // first:last or first:step:last
+      take();
+      Expression* second = parseBinary(7);
+      Expression* third = nullptr;
+      if (at(TokenKind::Colon)) {
+        take();
+        third = parseBinary(7);
+      }
+      Position const first = firstOf(left);
+      left = third != nullptr ? builder_.make<ast::ColonVector>(left, second, third)
+                              : builder_.make<ast::ColonVector>(left, nullptr, second);
+      left = finish(left, first);
+      continue;
+    }
+    if (splitsMatrixElement(token)) return left;
     take();
-    Expression* right = parseBinary(level + 1);
-    left = finish(builder_.make<ast::BinaryOperation>(*binary, left, right), firstOf(left));
+    Expression* right = parseBinary(binary.level + 1);
+    left = finish(builder_.make<ast::BinaryOperation>(binary.op, left, right), firstOf(left));
   }
-}
-
-Parser::Expression* Parser::parseRange() {
-  Expression* first = parseBinary(7);
-  if (!at(TokenKind::Colon)) return first;
-  take();
-  Expression* second = parseBinary(7);
-  if (at(TokenKind::Colon)) {
-    take();
-    Expression* third = parseBinary(7);
-    return finish(builder_.make<ast::ColonVector>(first, second, third), firstOf(first));
-  }
-  return finish(builder_.make<ast::ColonVector>(first, nullptr, second), firstOf(first));
 }
 
 Parser::Expression* Parser::parseUnary() {
@@ -1441,12 +1450,17 @@ Parser::Expression* Parser::number(Token const& token) {
       imaginary = true;
       spelled.remove_suffix(1);
     }
-    std::string normalized(spelled);
-    for (char& c : normalized) {
-      if (c == 'd' || c == 'D') c = 'e';
+    // An exponent may be written with d or D; from_chars wants e.
+    std::string normalized;
+    if (spelled.find_first_of("dD") != std::string_view::npos) {
+      normalized.assign(spelled);
+      for (char& c : normalized) {
+        if (c == 'd' || c == 'D') c = 'e';
+      }
+      spelled = normalized;
     }
     double parsed = 0.0;
-    auto const [end, status] = std::from_chars(normalized.data(), normalized.data() + normalized.size(), parsed);
+    auto const [end, status] = std::from_chars(spelled.data(), spelled.data() + spelled.size(), parsed);
     (void)end;
     if (status == std::errc::result_out_of_range) parsed = std::numeric_limits<double>::infinity();
     value = imaginary ? NumericValue(lf::astapi::ImaginaryDouble{parsed}) : NumericValue(parsed);

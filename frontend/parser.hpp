@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -46,7 +45,16 @@ class Parser {
   enum class BodyOf : std::uint8_t { File, Function, Block };
 
   // Tokens.
-  Token const& peek(std::size_t ahead = 0);
+  // Tokens read ahead sit in a ring; the lexer is asked only when the ring
+  // does not reach far enough, so at a statement's start it has read no
+  // further than the first token.
+  Token const& peek(std::size_t ahead = 0) {
+    if (ahead < buffered_) return ring_[(head_ + ahead) & (ring_.size() - 1)];
+    return fill(ahead);
+  }
+  Token const& fill(std::size_t ahead);
+  std::size_t buffered() const { return buffered_; }
+  void dropLookahead() { buffered_ = 0; }
   Token take();
   bool at(TokenKind kind) { return peek().kind == kind; }
   bool accept(TokenKind kind);
@@ -117,8 +125,7 @@ class Parser {
 
   // Expressions.
   Expression* parseExpression();
-  Expression* parseBinary(int level);
-  Expression* parseRange();
+  Expression* parseBinary(int minLevel);
   Expression* parseUnary();
   Expression* parsePower();
   Expression* parsePowerOperand();
@@ -160,7 +167,9 @@ class Parser {
   FunctionStyle style_;
   Lexer lexer_;
   ca::astapi::TreeBuilder builder_;
-  std::deque<Token> lookahead_;
+  std::vector<Token> ring_ = std::vector<Token>(64);  // size: a power of two
+  std::size_t head_ = 0;
+  std::size_t buffered_ = 0;
   Position lastEnd_{};
   std::vector<Diagnostic> diagnostics_;
   std::size_t errorCount_ = 0;

@@ -83,6 +83,8 @@ struct Token {
   TokenKind kind = TokenKind::EndOfFile;
   /// A blank (or a continuation) stands between this token and the one before.
   bool spaceBefore = false;
+  /// The text holds only ASCII: its characters are its bytes.
+  bool ascii = true;
   std::uint32_t offset = 0;
   std::uint32_t line = 1;
   std::uint32_t column = 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <memory_resource>
@@ -56,7 +57,7 @@ class TreeBuilder {
   template <class T, class... Args>
   T* make(Args&&... args) {
     static_assert(std::is_trivially_destructible_v<T>, "tree nodes must be trivially destructible");
-    void* memory = arena().allocate(sizeof(T), alignof(T));
+    void* memory = allocate(sizeof(T), alignof(T));
     ++tree_->nodeCount_;
     return ::new (memory) T(std::forward<Args>(args)...);
   }
@@ -84,6 +85,8 @@ class TreeBuilder {
 
   /// Copies text into the arena.
   TextView text(std::u16string_view text);
+  /// Copies ASCII text into the arena, widening each byte.
+  TextView asciiText(std::string_view ascii);
 
   /// An identifier with an interned name.
   ast::Identifier* identifier(std::u16string_view name) { return make<ast::Identifier>(StringId(name)); }
@@ -94,13 +97,22 @@ class TreeBuilder {
   std::shared_ptr<SyntaxTree const> finish(ast::Program const* program, FileType fileType = FileType::Script);
 
  private:
-  /// The arena of the tree being built; throws std::logic_error after `finish`.
-  std::pmr::memory_resource& arena();
+  /// Bump allocation from the current block of the arena: the common case is
+  /// a few instructions inline; a new block comes from the arena when this
+  /// one is full (and throws std::logic_error after `finish`).
+  void* allocate(std::size_t size, std::size_t alignment) {
+    auto const address = reinterpret_cast<std::uintptr_t>(cursor_);
+    std::uintptr_t const aligned = (address + alignment - 1) & ~(std::uintptr_t{alignment} - 1);
+    if (aligned + size > reinterpret_cast<std::uintptr_t>(limit_)) return allocateInNewBlock(size, alignment);
+    cursor_ = reinterpret_cast<std::byte*>(aligned + size);
+    return reinterpret_cast<void*>(aligned);
+  }
+  void* allocateInNewBlock(std::size_t size, std::size_t alignment);
 
   template <class T>
   T const** allocateArray(std::size_t count) {
     if (count == 0) return nullptr;
-    return static_cast<T const**>(arena().allocate(count * sizeof(T const*), alignof(T const*)));
+    return static_cast<T const**>(allocate(count * sizeof(T const*), alignof(T const*)));
   }
   template <class T>
   lf::astapi::NodeList<T> copyList(T const* const* items, std::size_t count) {
@@ -110,6 +122,8 @@ class TreeBuilder {
   }
 
   std::unique_ptr<SyntaxTree> tree_;
+  std::byte* cursor_ = nullptr;
+  std::byte* limit_ = nullptr;
 };
 
 }  // namespace ca::astapi
