@@ -1,0 +1,1 @@
+% Saved with classic CR-only line ends.a = [1 2 3];b = a.^2;if sum(b) > 10    disp('large')endc = {'x', ...     'y'};

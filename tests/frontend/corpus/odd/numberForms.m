@@ -1,0 +1,23 @@
+% Numeric literal forms.
+a = 12;
+b = 1.5;
+c = .5;
+d = 1e-3;
+e = 1.5E+3;
+f = 1.;
+g = 3i;
+h = 2.5j;
+k = 1e3i;
+m = 0x1F;
+n = 0b101;
+p = 0xFFu8;
+q = 0x7Fs8;
+r = 0b1111000011110000u16;
+s = 0xDEADBEEFu32;
+t = 0x7FFFFFFFFFFFFFFFs64;
+u = 0b1s16;
+v = [1. 2. 3.];
+w = 1.*2;
+x = [a b c d e f g h k m n p q r s t u];
+y = 3.'+1;
+z = [1e2 .1e2 1E2]
