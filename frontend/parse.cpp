@@ -13,34 +13,64 @@ namespace frontend {
 
 namespace {
 
-// A first guess at the function style, from the words that begin lines: a
-// file whose lines beginning with 'end' are at least as many as its blocks
-// and functions closes its functions with 'end'. A wrong guess costs a second
-// parse, not a wrong tree.
+// A first guess at the function style, from a light scan of the words of
+// each line outside comments, text and brackets: a file with at least as many
+// 'end's as blocks and functions closes its functions with 'end'. A wrong
+// guess costs a second parse, not a wrong tree.
 FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
-  static constexpr std::string_view openers[] = {"if",     "for",         "parfor",   "while",      "switch",
-                                                 "try",    "spmd",        "classdef", "properties", "methods",
-                                                 "events", "enumeration", "arguments"};
   hasFunctions = text.find("function") != std::string_view::npos;
   if (!hasFunctions) return FunctionStyle::Terminated;
+  static constexpr std::string_view keywords[] = {"if", "for", "parfor", "while", "switch", "try", "spmd", "classdef"};
+  // Words that open a block only at the start of a line.
+  static constexpr std::string_view contextual[] = {"properties", "methods", "events", "enumeration", "arguments"};
+  auto isWordChar = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
   std::size_t functions = 0, blocks = 0, ends = 0;
   std::size_t i = 0;
   while (i < text.size()) {
-    while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
-    std::size_t const start = i;
-    while (i < text.size() && ((text[i] >= 'a' && text[i] <= 'z') || (text[i] >= 'A' && text[i] <= 'Z'))) ++i;
-    std::string_view const word = text.substr(start, i - start);
-    bool const wordEnds = i == text.size() || !(std::isalnum(static_cast<unsigned char>(text[i])) || text[i] == '_');
-    if (wordEnds && !word.empty()) {
-      if (word == "function") {
-        ++functions;
-      } else if (word == "end") {
-        ++ends;
-      } else if (std::find(std::begin(openers), std::end(openers), word) != std::end(openers)) {
-        ++blocks;
+    int depth = 0;
+    bool firstWord = true;
+    char previous = ' ';
+    while (i < text.size() && text[i] != '\n' && text[i] != '\r') {
+      char const c = text[i];
+      if (c == '%') {
+        while (i < text.size() && text[i] != '\n' && text[i] != '\r') ++i;
+        break;
       }
+      if (c == '"' || (c == '\'' && !(isWordChar(previous) || previous == ')' || previous == ']' || previous == '}' ||
+                                      previous == '\'' || previous == '.'))) {
+        // Text runs to its closing quote on this line.
+        ++i;
+        while (i < text.size() && text[i] != c && text[i] != '\n' && text[i] != '\r') ++i;
+        if (i < text.size() && text[i] == c) ++i;
+        previous = c;
+        firstWord = false;
+        continue;
+      }
+      if (std::isalpha(static_cast<unsigned char>(c)) != 0 && !isWordChar(previous) && previous != '.') {
+        std::size_t const start = i;
+        while (i < text.size() && isWordChar(text[i])) ++i;
+        std::string_view const word = text.substr(start, i - start);
+        if (depth == 0) {
+          if (word == "function") {
+            ++functions;
+          } else if (word == "end") {
+            ++ends;
+          } else if (std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords) ||
+                     (firstWord &&
+                      std::find(std::begin(contextual), std::end(contextual), word) != std::end(contextual))) {
+            ++blocks;
+          }
+        }
+        firstWord = false;
+        previous = text[i - 1];
+        continue;
+      }
+      if (c == '(' || c == '[' || c == '{') ++depth;
+      if ((c == ')' || c == ']' || c == '}') && depth > 0) --depth;
+      if (c == ',' || c == ';') firstWord = depth == 0 ? firstWord : false;
+      if (c != ' ' && c != '\t') previous = c;
+      ++i;
     }
-    while (i < text.size() && text[i] != '\n' && text[i] != '\r') ++i;
     while (i < text.size() && (text[i] == '\n' || text[i] == '\r')) ++i;
   }
   return ends >= blocks + functions ? FunctionStyle::Terminated : FunctionStyle::Open;
@@ -77,18 +107,18 @@ ParseResult parse(std::string_view source, std::string_view path) {
     result.diagnostics.push_back({file, 1, 1, Severity::Error, "file is larger than 1 GiB; not parsed"});
     return result;
   }
-  DecodedSource decoded = decodeSource(source);
+  DecodedSource const decoded = decodeSource(source);
+  std::string_view const text = decoded.text();
   if (decoded.legacyByteOffset) {
     result.diagnostics.push_back(
         {file, 1, 1, Severity::Warning,
          fmt::format("file is not valid UTF-8 (first bad byte at offset {}); read as Windows-1252",
                      *decoded.legacyByteOffset)});
   }
-  if (std::size_t const nul = decoded.text.find('\0'); nul != std::string::npos) {
-    std::size_t const line =
-        static_cast<std::size_t>(std::count(decoded.text.begin(), decoded.text.begin() + nul, '\n')) + 1;
-    std::size_t const lineStart = decoded.text.rfind('\n', nul);
-    std::size_t const column = nul - (lineStart == std::string::npos ? 0 : lineStart + 1) + 1;
+  if (std::size_t const nul = text.find('\0'); nul != std::string_view::npos) {
+    std::size_t const line = static_cast<std::size_t>(std::count(text.begin(), text.begin() + nul, '\n')) + 1;
+    std::size_t const lineStart = text.rfind('\n', nul);
+    std::size_t const column = nul - (lineStart == std::string_view::npos ? 0 : lineStart + 1) + 1;
     result.diagnostics.push_back({file, static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column),
                                   Severity::Error,
                                   fmt::format("file holds a NUL byte at offset {}; it is not source text", nul)});
@@ -96,12 +126,12 @@ ParseResult parse(std::string_view source, std::string_view path) {
   }
 
   bool hasFunctions = false;
-  FunctionStyle const guess = guessStyle(decoded.text, hasFunctions);
-  Attempt best = attempt(decoded.text, path, guess);
+  FunctionStyle const guess = guessStyle(text, hasFunctions);
+  Attempt best = attempt(text, path, guess);
   if (best.errors > 0 && hasFunctions) {
     // The other style may read the file without errors, or with fewer.
     FunctionStyle const other = guess == FunctionStyle::Terminated ? FunctionStyle::Open : FunctionStyle::Terminated;
-    Attempt second = attempt(decoded.text, path, other);
+    Attempt second = attempt(text, path, other);
     if (second.errors < best.errors) best = std::move(second);
   }
   result.tree = std::move(best.tree);

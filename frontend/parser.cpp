@@ -2,11 +2,13 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <unordered_map>
 
 #include "frontend/parse.hpp"
 #include "platform/i18n/i18n.hpp"
@@ -144,19 +146,20 @@ Token const& Parser::fill(std::size_t ahead) {
     std::vector<Token> grown(ring_.size() * 2 > ahead ? ring_.size() * 2 : std::bit_ceil(ahead + 1));
     for (std::size_t i = 0; i < buffered_; ++i) grown[i] = ring_[(head_ + i) & (ring_.size() - 1)];
     ring_ = std::move(grown);
+    ringMask_ = ring_.size() - 1;
     head_ = 0;
   }
   while (buffered_ <= ahead) {
-    ring_[(head_ + buffered_) & (ring_.size() - 1)] = lexer_.next();
+    ring_[(head_ + buffered_) & ringMask_] = lexer_.next();
     ++buffered_;
   }
-  return ring_[(head_ + ahead) & (ring_.size() - 1)];
+  return ring_[(head_ + ahead) & ringMask_];
 }
 
 Token Parser::take() {
   if (buffered_ == 0) fill(0);
   Token const token = ring_[head_];
-  head_ = (head_ + 1) & (ring_.size() - 1);
+  head_ = (head_ + 1) & ringMask_;
   --buffered_;
   if (token.kind != TokenKind::EndOfFile && token.kind != TokenKind::Newline) lastEnd_ = lastOf(token);
   return token;
@@ -233,10 +236,22 @@ lf::astapi::NodeList<T> Parser::listFrom(std::size_t from) {
   return list;
 }
 
+namespace {
+// Names seen by the parsers of this thread, so that a name costs one lookup
+// in the process-wide pool per thread rather than per file.
+struct NameHash {
+  using is_transparent = void;
+  std::size_t operator()(std::string_view name) const noexcept { return std::hash<std::string_view>{}(name); }
+};
+using NameCache = std::unordered_map<std::string, ca::astapi::StringId, NameHash, std::equal_to<>>;
+}  // namespace
+
 ca::astapi::StringId Parser::intern(std::string_view name) {
-  auto [entry, made] = names_.try_emplace(name);
-  if (made) entry->second = ca::astapi::StringId(widen(name));
-  return entry->second;
+  thread_local NameCache cache;
+  if (auto found = cache.find(name); found != cache.end()) return found->second;
+  ca::astapi::StringId const id(widen(name));
+  cache.emplace(std::string(name), id);
+  return id;
 }
 
 ca::astapi::TextView Parser::text(std::string_view utf8) {
@@ -265,7 +280,7 @@ void Parser::openScope(bool inheritsParent) { scopes_.push_back({{}, inheritsPar
 void Parser::closeScope() { scopes_.pop_back(); }
 
 void Parser::defineVariable(std::string_view name) {
-  if (!scopes_.empty()) scopes_.back().variables.insert(name);
+  if (!scopes_.empty()) scopes_.back().variables.push_back(name);
 }
 
 void Parser::defineTarget(Expression const* target) {
@@ -289,7 +304,7 @@ void Parser::defineTarget(Expression const* target) {
 
 bool Parser::isVariable(std::string_view name) const {
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
-    if (scope->variables.count(name) != 0) return true;
+    if (std::find(scope->variables.begin(), scope->variables.end(), name) != scope->variables.end()) return true;
     if (!scope->inheritsParent) break;
   }
   return false;

@@ -4,8 +4,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "frontend/diagnostic.hpp"
@@ -49,7 +47,7 @@ class Parser {
   // does not reach far enough, so at a statement's start it has read no
   // further than the first token.
   Token const& peek(std::size_t ahead = 0) {
-    if (ahead < buffered_) return ring_[(head_ + ahead) & (ring_.size() - 1)];
+    if (ahead < buffered_) return ring_[(head_ + ahead) & ringMask_];
     return fill(ahead);
   }
   Token const& fill(std::size_t ahead);
@@ -156,8 +154,10 @@ class Parser {
     Parser& parser_;
   };
 
+  // The names assigned so far in a function or script, in order; searched
+  // only when a statement might be command syntax.
   struct Scope {
-    std::unordered_set<std::string_view> variables;
+    std::vector<std::string_view> variables;
     bool inheritsParent;
   };
 
@@ -168,6 +168,7 @@ class Parser {
   Lexer lexer_;
   ca::astapi::TreeBuilder builder_;
   std::vector<Token> ring_ = std::vector<Token>(64);  // size: a power of two
+  std::size_t ringMask_ = 63;
   std::size_t head_ = 0;
   std::size_t buffered_ = 0;
   Position lastEnd_{};
@@ -176,7 +177,6 @@ class Parser {
   std::vector<Node const*> scratch_;
   // Where the statements of the file end on the scratch stack.
   std::size_t fileStatementsEnd_ = 0;
-  std::unordered_map<std::string_view, ca::astapi::StringId> names_;
   std::vector<Scope> scopes_;
   int depth_ = 0;
   // Expression context: elements of a matrix or cell split at blanks, and

@@ -68,10 +68,9 @@ DecodedSource decodeSource(std::string_view bytes) {
   DecodedSource decoded;
   if (auto bad = firstInvalidUtf8(bytes)) {
     decoded.legacyByteOffset = *bad + skipped;
-    decoded.text = windows1252ToUtf8(bytes);
-  } else {
-    decoded.text.assign(bytes);
+    decoded.converted = windows1252ToUtf8(bytes);
   }
+  decoded.original = bytes;
   return decoded;
 }
 

@@ -32,6 +32,7 @@ int runParse(std::vector<std::string> const& paths) {
     }
     if (result.hasErrors()) ++withErrors;
   }
+  std::fflush(stdout);  // keep the summary after the diagnostics
   std::size_t const parsed = sources.files.size();
   fmt::print(stderr, "{} {} parsed, {} with errors\n", parsed, parsed == 1 ? "file" : "files", withErrors);
   return failed || withErrors > 0 ? 1 : 0;
