@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds an optimised engine and runs the main job: the benchmarks of the walk
-# and of shared against unshared rules on a synthetic tree of a million nodes.
+# Builds optimised and runs the main job: the plexus command over the bundled
+# sample code, then the benchmarks (the walk, shared against unshared rules,
+# switch against predicates, parse throughput).
 # Usage: scripts/run.sh [extra benchmark flags]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -9,5 +10,6 @@ plexus_install_deps
 
 build_dir="build-release"
 cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release -DPLEXUS_BUILD_TESTS=OFF
-cmake --build "$build_dir" --parallel --target plexus_bench
+cmake --build "$build_dir" --parallel --target plexus plexus_bench
+"$build_dir/tools/plexus" parse tests/frontend/corpus
 "$build_dir/bench/plexus_bench" "$@"
