@@ -13,6 +13,9 @@ class SymbolTable;
 namespace ca::usedef {
 class UseDefAnalysis;
 }
+namespace ca::controlflow {
+class ControlFlowAnalysis;
+}
 
 namespace ca {
 
@@ -56,6 +59,9 @@ class Analysis {
   /// Computes the use-def records of this file; called once, by
   /// `UseDefAnalysis::Create`. Each producer of analyses supplies its own.
   virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const = 0;
+  /// Computes the control-flow graphs of this file; called once, by
+  /// `ControlFlowAnalysis::Create`.
+  virtual std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const = 0;
 
  private:
   struct StringIdHash {

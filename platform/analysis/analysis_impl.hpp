@@ -5,17 +5,30 @@
 #include "platform/analysis/analysis.hpp"
 #include "platform/ast/syntax_tree.hpp"
 
+namespace ca::nameresolution {
+class IdUseAnalysis;
+}
+namespace ca::callresolution {
+class CallResolutionAnalysis;
+}
+
 namespace ca::clients {
 
 class AnalysisImpl;
 
 /// Computes the analyses of one file on behalf of an `AnalysisImpl`. The
-/// front end supplies the real one; tests supply their own answers.
+/// front end supplies the real one; tests supply their own answers. A
+/// provider may make only some analyses: asking one of the others raises
+/// std::logic_error naming it.
 class AnalysisProvider {
  public:
   virtual ~AnalysisProvider() = default;
-  virtual std::shared_ptr<nameresolution::SymbolTable const> makeSymbolTable(AnalysisImpl const& analysis) const = 0;
-  virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis(AnalysisImpl const& analysis) const = 0;
+  virtual std::shared_ptr<nameresolution::SymbolTable const> makeSymbolTable(AnalysisImpl const& analysis) const;
+  virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis(AnalysisImpl const& analysis) const;
+  virtual std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis(AnalysisImpl const& analysis) const;
+  virtual std::shared_ptr<nameresolution::IdUseAnalysis const> makeIdUseAnalysis(AnalysisImpl const& analysis) const;
+  virtual std::shared_ptr<callresolution::CallResolutionAnalysis const> makeCallResolutionAnalysis(
+      AnalysisImpl const& analysis) const;
 };
 
 /// The analysis of a file that owns its syntax tree and hands out the analyses
@@ -32,14 +45,21 @@ class AnalysisImpl : public Analysis {
 
   /// The symbol table, computed on first use.
   std::shared_ptr<nameresolution::SymbolTable const> const& getSymbolTableImpl() const;
+  /// How identifiers are used, computed on first use.
+  std::shared_ptr<nameresolution::IdUseAnalysis const> const& getIdUseAnalysis() const;
+  /// Which nodes are calls, computed on first use.
+  std::shared_ptr<callresolution::CallResolutionAnalysis const> const& getCallResolutionAnalysis() const;
   std::shared_ptr<astapi::SyntaxTree const> const& getTree() const noexcept { return tree_; }
 
   std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const override;
+  std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override;
 
  private:
   std::shared_ptr<astapi::SyntaxTree const> tree_;
   std::shared_ptr<AnalysisProvider const> provider_;
   mutable std::shared_ptr<nameresolution::SymbolTable const> symbolTable_;
+  mutable std::shared_ptr<nameresolution::IdUseAnalysis const> idUse_;
+  mutable std::shared_ptr<callresolution::CallResolutionAnalysis const> callResolution_;
 };
 
 }  // namespace ca::clients

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <vector>
 
 #include "platform/ast/ast.hpp"
 
@@ -72,35 +73,45 @@ class Definition : public virtual UseDefBase {
   Definition() noexcept : UseDefBase(Kind::FullAssignmentDef, nullptr) { definition_ = this; }
 };
 
-/// A use of a variable, linked to the definition that reaches it and to its
-/// node in the control-flow graph.
+/// A use of a variable, linked to the definitions that reach it through the
+/// control-flow graph and to its node in that graph.
 class Use : public virtual UseDefBase {
  public:
-  /// The reaching definition, or null when none reaches this use.
-  Definition const* getDefinition() const noexcept { return definition_; }
+  /// The reaching definition: the one that reaches, or of several the last in
+  /// source order; null when none reaches this use.
+  Definition const* getDefinition() const noexcept { return definitions_.empty() ? nullptr : definitions_.back(); }
+  /// Every definition that reaches this use, in source order.
+  std::vector<Definition const*> const& getDefinitions() const noexcept { return definitions_; }
   controlflow::ControlFlowNode const* getCfgNode() const noexcept { return cfgNode_; }
 
-  void setDefinition(Definition const* definition) noexcept { definition_ = definition; }
+  void setDefinitions(std::vector<Definition const*> definitions) { definitions_ = std::move(definitions); }
   void setCfgNode(controlflow::ControlFlowNode const* node) noexcept { cfgNode_ = node; }
 
  protected:
   Use() noexcept : UseDefBase(Kind::VariableUse, nullptr) { use_ = this; }
 
  private:
-  Definition const* definition_ = nullptr;
+  std::vector<Definition const*> definitions_;
   controlflow::ControlFlowNode const* cfgNode_ = nullptr;
+};
+
+/// A definition by assignment, whole or partial.
+class AssignmentDef : public Definition {
+ protected:
+  // As in Definition: the most derived class constructs the virtual base.
+  AssignmentDef() noexcept : UseDefBase(Kind::FullAssignmentDef, nullptr) {}
 };
 
 /// A definition of one kind. Its `UseDefBase` is constructed here, as the most
 /// derived class, with the real kind.
-template <UseDefBase::Kind K>
-class DefinitionOf final : public Definition {
+template <UseDefBase::Kind K, class Base = Definition>
+class DefinitionOf final : public Base {
  public:
-  static constexpr Kind ClassKind = K;
+  static constexpr UseDefBase::Kind ClassKind = K;
   explicit DefinitionOf(ast::Identifier const* identifier) noexcept : UseDefBase(K, identifier) {}
 };
 
-using FullAssignmentDef = DefinitionOf<UseDefBase::Kind::FullAssignmentDef>;
+using FullAssignmentDef = DefinitionOf<UseDefBase::Kind::FullAssignmentDef, AssignmentDef>;
 using InputDef = DefinitionOf<UseDefBase::Kind::InputDef>;
 using LoopVariableDef = DefinitionOf<UseDefBase::Kind::LoopVariableDef>;
 using CatchDef = DefinitionOf<UseDefBase::Kind::CatchDef>;
@@ -116,7 +127,7 @@ class VariableUse final : public Use {
 
 /// An assignment to part of a variable: both a use of the old value and a
 /// definition of the new one.
-class PartialAssignmentUseDef final : public Definition, public Use {
+class PartialAssignmentUseDef final : public AssignmentDef, public Use {
  public:
   static constexpr Kind ClassKind = Kind::PartialAssignmentUseDef;
   explicit PartialAssignmentUseDef(ast::Identifier const* identifier) noexcept : UseDefBase(ClassKind, identifier) {}

@@ -79,6 +79,16 @@ TEST_F(AnalysisTest, SymbolTableIsMadeOnFirstUseOnly) {
   EXPECT_EQ(analysis->getFileType(), ca::FileType::Script);
 }
 
+TEST_F(AnalysisTest, AnalysesThatTheProviderDoesNotMakeAreNamedWhenAsked) {
+  try {
+    analysis->getCallResolutionAnalysis();
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "this analysis provider computes no call-resolution analysis");
+  }
+  EXPECT_THROW(analysis->getIdUseAnalysis(), std::logic_error);
+}
+
 TEST_F(AnalysisTest, RequiresATreeAndAProvider) {
   EXPECT_THROW(ca::clients::AnalysisImpl(nullptr, provider), std::invalid_argument);
   EXPECT_THROW(ca::clients::AnalysisImpl(TreeMaker().program({}), nullptr), std::invalid_argument);
@@ -117,8 +127,10 @@ TEST(UseDef, RecordKindsDecideDefinitionAndUseAndBothShareOneBase) {
   EXPECT_EQ(use.asDefinition(), nullptr);
   EXPECT_EQ(use.asUse(), &use);
 
-  use.setDefinition(&full);
+  EXPECT_EQ(use.getDefinition(), nullptr);
+  use.setDefinitions({&input, &full});
   EXPECT_EQ(use.getDefinition(), &full);
+  EXPECT_EQ(use.getDefinitions().size(), 2u);
 }
 
 TEST(UseDef, AnalysisHandsOutItsRecordsInOrder) {

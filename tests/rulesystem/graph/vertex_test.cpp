@@ -89,6 +89,7 @@ TEST(Vertex, ProducerWithoutConsumersOnlyCounts) {
     ca::FileType getFileType() const override { return ca::FileType::Script; }
     ca::nameresolution::SymbolTable const* getSymbolTable() const override { return nullptr; }
     std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis() const override { return nullptr; }
+    std::shared_ptr<ca::controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override { return nullptr; }
   } analysis;
   root->produce(*node, analysis, &helper);
   root->produce(*node, analysis, &helper);
