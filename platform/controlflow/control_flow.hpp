@@ -67,9 +67,9 @@ class ControlFlowAnalysis {
   /// Computes the graphs of `analysis` (through `Analysis::makeControlFlowAnalysis`).
   static std::shared_ptr<ControlFlowAnalysis> Create(Analysis const& analysis);
 
-  /// The graph that holds `node`: that of the innermost function or script
-  /// body around it. Throws std::invalid_argument for a node outside every
-  /// body (a class's properties, say).
+  /// The graph that holds `node`: that of the innermost function or method
+  /// around it, else the program's (for a class's properties, say, which lie
+  /// in no body). Throws std::invalid_argument for a node of another tree.
   ControlFlowGraph const& getEnclosingGraph(ast::Node const* node) const;
   std::vector<std::unique_ptr<ControlFlowGraph>> const& getGraphs() const noexcept { return graphs_; }
 

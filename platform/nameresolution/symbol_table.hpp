@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -72,6 +73,12 @@ class SymbolTableEntry {
   void addFlags(std::uint32_t flags) noexcept { flags_ |= flags; }
   void removeFlags(std::uint32_t flags) noexcept { flags_ &= ~flags; }
   void addOccurrence(ast::Identifier const* identifier) { occurrences_.push_back(identifier); }
+  /// Puts the occurrences in source order, once all are added.
+  void sortOccurrences() {
+    std::stable_sort(occurrences_.begin(), occurrences_.end(), [](ast::Identifier const* a, ast::Identifier const* b) {
+      return a->getSourceRange().first.offset < b->getSourceRange().first.offset;
+    });
+  }
 
  private:
   bool has(std::uint32_t flag) const noexcept { return (flags_ & flag) != 0; }
