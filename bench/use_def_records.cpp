@@ -69,7 +69,7 @@ class Collector {
     if (target->getKind() == lf::astapi::NodeKind::Identifier) {
       auto const& base = static_cast<ast::Identifier const&>(*target);
       auto record = std::make_unique<usedef::PartialAssignmentUseDef>(&base);
-      record->setDefinition(reaching(base));
+      if (usedef::Definition const* definition = reaching(base)) record->setDefinitions({definition});
       latest_[base.getStringId()] = record.get();
       records_.push_back(std::move(record));
     } else {
@@ -96,7 +96,7 @@ class Collector {
     usedef::Definition const* definition = reaching(identifier);
     if (definition == nullptr) return;
     auto record = std::make_unique<usedef::VariableUse>(&identifier);
-    record->setDefinition(definition);
+    record->setDefinitions({definition});
     records_.push_back(std::move(record));
   }
 
