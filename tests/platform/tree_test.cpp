@@ -7,6 +7,7 @@
 #include <sstream>
 #include <type_traits>
 
+#include "platform/ast/restricted_externals.hpp"
 #include "platform/ast/syntax_tree.hpp"
 #include "tests/support/tree_maker.hpp"
 
@@ -158,6 +159,17 @@ TEST(Values, NumericValuesAndOperatorsPrintAsWritten) {
   EXPECT_EQ(print(lf::astapi::BinaryOperator::MatrixLeftDivide), "\\");
   EXPECT_EQ(print(lf::astapi::UnaryOperator::ComplexTranspose), "'");
   EXPECT_EQ(print(ca::FileType::Class), "Class");
+}
+
+TEST(RestrictedExternals, NamesThatRunTextOrReachOtherWorkspaces) {
+  auto const& names = lf::astapi::getRestrictedExternals();
+  for (char16_t const* name : {u"eval", u"evalc", u"evalin", u"assignin", u"feval", u"inputname", u"load", u"run",
+                               u"str2func"}) {
+    EXPECT_EQ(names.count(name), 1u);
+  }
+  EXPECT_EQ(names.size(), 9u);
+  EXPECT_EQ(names.count(u"disp"), 0u);
+  EXPECT_EQ(&names, &lf::astapi::getRestrictedExternals());
 }
 
 }  // namespace
