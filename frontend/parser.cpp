@@ -608,6 +608,13 @@ Parser::Node* Parser::parseMultiAssignment() {
   return node;
 }
 
+lf::astapi::NodeList<ca::ast::Node> Parser::parseBlockBody() {
+  endHeader();
+  std::size_t const body = mark();
+  parseBody(BodyOf::Block);
+  return listFrom<Node>(body);
+}
+
 void Parser::endHeader() {
   // `if x, y = 1, end`: one separator after a block's header is part of it.
   if (at(TokenKind::Comma) || at(TokenKind::Semicolon)) take();
@@ -629,29 +636,19 @@ void Parser::expectEnd(Token const& opener) {
 Parser::Node* Parser::parseIf() {
   Token const keyword = take();
   Expression* condition = parseExpression();
-  endHeader();
-  std::size_t const body = mark();
-  parseBody(BodyOf::Block);
-  auto bodyList = listFrom<Node>(body);
+  auto bodyList = parseBlockBody();
   std::size_t const elseifs = mark();
   while (at(TokenKind::Elseif)) {
     Token const elseif = take();
     Expression* elseifCondition = parseExpression();
-    endHeader();
-    std::size_t const elseifBody = mark();
-    parseBody(BodyOf::Block);
-    // The block is made after its body, which sits above it on the stack.
-    auto list = listFrom<Node>(elseifBody);
+    auto list = parseBlockBody();
     scratch_.push_back(finish(builder_.make<ast::ElseifBlock>(elseifCondition, list), startOf(elseif)));
   }
   auto elseifList = listFrom<ast::ElseifBlock>(elseifs);
   ast::ElseBlock* elseBlock = nullptr;
   if (at(TokenKind::Else)) {
     Token const elseToken = take();
-    endHeader();
-    std::size_t const elseBody = mark();
-    parseBody(BodyOf::Block);
-    elseBlock = finish(builder_.make<ast::ElseBlock>(listFrom<Node>(elseBody)), startOf(elseToken));
+    elseBlock = finish(builder_.make<ast::ElseBlock>(parseBlockBody()), startOf(elseToken));
   }
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::IfStatement>(condition, bodyList, elseifList, elseBlock), startOf(keyword));
@@ -674,10 +671,7 @@ Parser::Node* Parser::parseFor() {
     expect(TokenKind::RightParen, "to close the loop header");
   }
   auto optionList = listFrom<Expression>(options);
-  endHeader();
-  std::size_t const body = mark();
-  parseBody(BodyOf::Block);
-  auto bodyList = listFrom<Node>(body);
+  auto bodyList = parseBlockBody();
   expectEnd(keyword);
   Node* node = parfor ? static_cast<Node*>(builder_.make<ast::ParforStatement>(variable, range, optionList, bodyList))
                       : static_cast<Node*>(builder_.make<ast::ForStatement>(variable, range, bodyList));
@@ -689,10 +683,7 @@ Parser::Node* Parser::parseFor() {
 Parser::Node* Parser::parseWhile() {
   Token const keyword = take();
   Expression* condition = parseExpression();
-  endHeader();
-  std::size_t const body = mark();
-  parseBody(BodyOf::Block);
-  auto bodyList = listFrom<Node>(body);
+  auto bodyList = parseBlockBody();
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::WhileStatement>(condition, bodyList), startOf(keyword));
   endStatement();
@@ -707,20 +698,14 @@ Parser::Node* Parser::parseSwitch() {
   while (at(TokenKind::Case)) {
     Token const caseToken = take();
     Expression* value = parseExpression();
-    endHeader();
-    std::size_t const body = mark();
-    parseBody(BodyOf::Block);
-    auto list = listFrom<Node>(body);
+    auto list = parseBlockBody();
     scratch_.push_back(finish(builder_.make<ast::CaseSelection>(value, list), startOf(caseToken)));
   }
   auto caseList = listFrom<ast::CaseSelection>(cases);
   ast::OtherwiseBlock* otherwise = nullptr;
   if (at(TokenKind::Otherwise)) {
     Token const otherwiseToken = take();
-    endHeader();
-    std::size_t const body = mark();
-    parseBody(BodyOf::Block);
-    otherwise = finish(builder_.make<ast::OtherwiseBlock>(listFrom<Node>(body)), startOf(otherwiseToken));
+    otherwise = finish(builder_.make<ast::OtherwiseBlock>(parseBlockBody()), startOf(otherwiseToken));
   }
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::SwitchStatement>(subject, caseList, otherwise), startOf(keyword));
@@ -730,10 +715,7 @@ Parser::Node* Parser::parseSwitch() {
 
 Parser::Node* Parser::parseTry() {
   Token const keyword = take();
-  endHeader();
-  std::size_t const body = mark();
-  parseBody(BodyOf::Block);
-  auto bodyList = listFrom<Node>(body);
+  auto bodyList = parseBlockBody();
   ast::CatchBlock* catchBlock = nullptr;
   if (at(TokenKind::Catch)) {
     Token const catchToken = take();
@@ -745,10 +727,7 @@ Parser::Node* Parser::parseTry() {
       errorVariable = identifier(name);
       defineVariable(name.text);
     }
-    endHeader();
-    std::size_t const catchBody = mark();
-    parseBody(BodyOf::Block);
-    catchBlock = finish(builder_.make<ast::CatchBlock>(errorVariable, listFrom<Node>(catchBody)), startOf(catchToken));
+    catchBlock = finish(builder_.make<ast::CatchBlock>(errorVariable, parseBlockBody()), startOf(catchToken));
   }
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::TryStatement>(bodyList, catchBlock), startOf(keyword));
@@ -761,10 +740,7 @@ Parser::Node* Parser::parseSpmd() {
   std::size_t const args = mark();
   if (at(TokenKind::LeftParen)) parseArguments(TokenKind::RightParen);
   auto argumentList = listFrom<Expression>(args);
-  endHeader();
-  std::size_t const body = mark();
-  parseBody(BodyOf::Block);
-  auto bodyList = listFrom<Node>(body);
+  auto bodyList = parseBlockBody();
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::SpmdStatement>(argumentList, bodyList), startOf(keyword));
   endStatement();

@@ -103,6 +103,8 @@ class Parser {
   Node* parseTry();
   Node* parseSpmd();
   Node* parseDeclaration();
+  /// The statements of a block, after its header's optional separator.
+  lf::astapi::NodeList<ca::ast::Node> parseBlockBody();
   void endHeader();
   void expectEnd(Token const& opener);
 

@@ -48,6 +48,20 @@ class HasKind final : public Predicate<Node const&> {
   int* calls_;
 };
 
+/// Passes rows that hold a number literal among their elements.
+class HasNumber final : public Predicate<Row const&> {
+ public:
+  std::u16string description() const override { return u"HasNumber"; }
+  bool dependsOn(ConsumerBase const*) const override { return false; }
+  bool lessThan(PredicateBase const*) const override { return false; }
+  bool test(Row const& row, ca::Analysis const&) override {
+    for (Expression const* element : row.getElements()) {
+      if (element->getKind() == lf::astapi::NodeKind::NumberLiteral) return true;
+    }
+    return false;
+  }
+};
+
 /// The called expression of a paren operation.
 class FunctionOf final : public Transform<ParenOperation const&, Expression const&> {
  public:

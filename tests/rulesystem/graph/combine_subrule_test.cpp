@@ -149,18 +149,6 @@ TEST(Subrule, AStageWithASubruleDependsOnTheWatchedBranch) {
 TEST(Subrule, AnswersAboutTheItemAtHandDuringAWalk) {
   // Rows that hold a number: the subrule watches rows that pass "has a number
   // element"; the testing stage is attached to the row root after it.
-  class HasNumber final : public Predicate<Row const&> {
-   public:
-    std::u16string description() const override { return u"HasNumber"; }
-    bool dependsOn(ConsumerBase const*) const override { return false; }
-    bool lessThan(PredicateBase const*) const override { return false; }
-    bool test(Row const& row, ca::Analysis const&) override {
-      for (Expression const* element : row.getElements()) {
-        if (element->getKind() == NodeKind::NumberLiteral) return true;
-      }
-      return false;
-    }
-  };
   TreeMaker t;
   auto* numbers = t.b.make<Row>(t.exprs({t.num(1)}));
   auto* names = t.b.make<Row>(t.exprs({t.id("x")}));
@@ -169,7 +157,7 @@ TEST(Subrule, AnswersAboutTheItemAtHandDuringAWalk) {
 
   AllNodes all;
   Log log;
-  auto withNumbers = all.row | std::make_unique<HasNumber>();
+  auto withNumbers = all.row | std::make_unique<plexus::testing::HasNumber>();
   auto tested = all.row | subrule(withNumbers);
   tested | std::make_shared<plexus::testing::Recorder<Row const&>>(log, [&](Row const& row) {
     return &row == numbers ? std::string("numbers") : &row == mixed ? std::string("mixed") : std::string("names");

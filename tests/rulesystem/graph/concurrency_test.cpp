@@ -45,19 +45,6 @@ class Report final : public Consumer<T> {
 
 std::string fieldName(Field const& field) { return fl::i18n::to_utf8(field.getStringId().getString()); }
 
-class HasNumber final : public Predicate<Row const&> {
- public:
-  std::u16string description() const override { return u"HasNumber"; }
-  bool dependsOn(ConsumerBase const*) const override { return false; }
-  bool lessThan(PredicateBase const*) const override { return false; }
-  bool test(Row const& row, ca::Analysis const&) override {
-    for (Expression const* element : row.getElements()) {
-      if (element->getKind() == NodeKind::NumberLiteral) return true;
-    }
-    return false;
-  }
-};
-
 // A graph with switches (field names, node kinds), a combination and a subrule.
 struct Rules {
   AllNodes all;
@@ -65,7 +52,7 @@ struct Rules {
     all.field | plexus::testing::isFieldNamed({u"alpha", u"beta"}) |
         std::make_shared<Report<Field const&>>("alpha or beta", fieldName);
     all.field | plexus::testing::isFieldNamed({u"alpha"}) | std::make_shared<Report<Field const&>>("alpha", fieldName);
-    auto withNumbers = all.row | std::make_unique<HasNumber>();
+    auto withNumbers = all.row | std::make_unique<plexus::testing::HasNumber>();
     all.row | subrule(withNumbers) |
         std::make_shared<Report<Row const&>>("row with number", [](Row const& row) {
           return std::to_string(row.getElements().size());
