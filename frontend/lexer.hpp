@@ -46,8 +46,6 @@ class Lexer {
   /// The 1-based column (in characters) of a byte offset on the current line
   /// or an earlier one starting at `lineStart`.
   std::uint32_t columnOf(std::uint32_t offset, std::uint32_t lineStart) const;
-  std::string_view source() const { return source_; }
-
   /// The position of the source's last character; valid once the lexer has
   /// reached the end of the source, and for a source that is not empty.
   lf::astapi::SourcePosition lastCharacter() const;
