@@ -8,7 +8,7 @@
 
 namespace ca::controlflow {
 /// A node of a control-flow graph.
-class ControlFlowNode;
+struct ControlFlowNode;
 }  // namespace ca::controlflow
 
 namespace ca::usedef {
