@@ -90,6 +90,12 @@ bool inScriptWorkspace(ast::Node const& node, ca::FileType type) {
 
 }  // namespace
 
+FileCalls::FileCalls(std::shared_ptr<FileSymbols const> symbols) : symbols_(std::move(symbols)) {
+  for (auto const* symbol : symbols_->getSymbols()) {
+    if (symbol->isMethod()) methods_.insert(symbol->getStringId());
+  }
+}
+
 Call FileCalls::getCallInfo(ast::Node const& node) const {
   // The status of a call of the name that `name` resolves to.
   auto statusOf = [this, &node](ast::Identifier const& name) -> Call::Status {
@@ -115,10 +121,8 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
       object = method->getInputs()[0]->getIdentifier();
     }
     if (object == nullptr || symbols_->getSymbol(*object) != symbols_->getSymbol(*name.head)) return std::nullopt;
-    for (auto const* symbol : symbols_->getSymbols()) {
-      if (symbol->isMethod() && symbol->getStringId() == name.last->getStringId()) return symbol->getStringId();
-    }
-    return std::nullopt;
+    if (methods_.count(name.last->getStringId()) == 0) return std::nullopt;
+    return name.last->getStringId();
   };
 
   // A call named by `callee` (the part before any parentheses) at `node`.
@@ -133,7 +137,11 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
     std::optional<DottedName> const name = dottedName(&callee);
     if (!name) return Call(&node, Call::NoCall);
     Call::Status const status = statusOf(*name->head);
-    if (status != Call::NoCall) return Call(&node, status, StringId(name->text), arguments);
+    if (status != Call::NoCall) {
+      // A plain name keeps its interned id; a dotted one is interned whole.
+      StringId const called = name->last == nullptr ? name->head->getStringId() : StringId(name->text);
+      return Call(&node, status, called, arguments);
+    }
     if (std::optional<StringId> const method = methodCall(*name)) {
       return Call(&node, Call::KnownCall, *method, arguments);
     }

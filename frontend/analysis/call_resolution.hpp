@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <unordered_set>
 
 #include "frontend/analysis/name_resolution.hpp"
 #include "platform/callresolution/call.hpp"
@@ -28,13 +29,14 @@ namespace frontend {
 /// ahead; the symbols outlive it.
 class FileCalls final : public ca::callresolution::CallResolutionAnalysis {
  public:
-  explicit FileCalls(std::shared_ptr<FileSymbols const> symbols) : symbols_(std::move(symbols)) {}
+  explicit FileCalls(std::shared_ptr<FileSymbols const> symbols);
 
   ca::callresolution::Call getCallInfo(ca::ast::Node const& node) const override;
   std::optional<ca::callresolution::Call> getClosestCall(ca::ast::Node const& node) const override;
 
  private:
   std::shared_ptr<FileSymbols const> symbols_;
+  std::unordered_set<ca::astapi::StringId> methods_;  // the methods the file's class defines
 };
 
 }  // namespace frontend
