@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 
 #include "frontend/parser.hpp"
@@ -23,7 +22,9 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
   static constexpr std::string_view keywords[] = {"if", "for", "parfor", "while", "switch", "try", "spmd", "classdef"};
   // Words that open a block only at the start of a line.
   static constexpr std::string_view contextual[] = {"properties", "methods", "events", "enumeration", "arguments"};
-  auto isWordChar = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+  // ASCII tests, not the locale's: names of the language are ASCII.
+  auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  auto isWordChar = [&isLetter](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; };
   std::size_t functions = 0, blocks = 0, ends = 0;
   std::size_t i = 0;
   while (i < text.size()) {
@@ -46,7 +47,7 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
         firstWord = false;
         continue;
       }
-      if (std::isalpha(static_cast<unsigned char>(c)) != 0 && !isWordChar(previous) && previous != '.') {
+      if (isLetter(c) && !isWordChar(previous) && previous != '.') {
         std::size_t const start = i;
         while (i < text.size() && isWordChar(text[i])) ++i;
         std::string_view const word = text.substr(start, i - start);
