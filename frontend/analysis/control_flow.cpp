@@ -1,6 +1,5 @@
 #include "frontend/analysis/control_flow.hpp"
 
-#include <cstdint>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -16,10 +15,7 @@ using ca::controlflow::ControlFlowNode;
 using lf::astapi::NodeKind;
 using Block = lf::astapi::NodeList<ast::Node>;
 
-/// Class bit of the statement kinds.
-constexpr std::uint8_t statementBit = 0x02;
-
-bool isStatement(ast::Node const& node) { return (node.getKindFlags() & statementBit) != 0; }
+bool isStatement(ast::Node const& node) { return (node.getKindFlags() & lf::astapi::kindflags::statement) != 0; }
 
 bool ownsBody(ast::Node const& node) {
   return node.getKind() == NodeKind::Function || node.getKind() == NodeKind::MethodDefinition;
