@@ -39,9 +39,7 @@ std::size_t forceAll(ca::clients::AnalysisImpl const& analysis) {
     ca::ast::Node const* node = pending.back();
     pending.pop_back();
     touched += calls.getCallInfo(*node).isCall() == ca::callresolution::Call::KnownCall ? 1 : 0;
-    lf::astapi::visitByKind(*node, [&pending](auto const& typed) {
-      typed.forEachChild([&pending](ca::ast::Node const* child) { pending.push_back(child); });
-    });
+    lf::astapi::forEachChild(*node, [&pending](ca::ast::Node const* child) { pending.push_back(child); });
   }
   touched += analysis.get<ca::controlflow::ControlFlowAnalysis>().getGraphs().size();
   touched += analysis.get<ca::usedef::UseDefAnalysis>().getAllUseDefs().size();

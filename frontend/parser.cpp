@@ -10,6 +10,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "frontend/assignment_target.hpp"
 #include "frontend/parse.hpp"
 #include "platform/i18n/i18n.hpp"
 
@@ -284,21 +285,9 @@ void Parser::defineVariable(std::string_view name) {
 }
 
 void Parser::defineTarget(Expression const* target) {
-  // The variable of `x`, `x(2)`, `x.f{3}`: the identifier at the left end.
-  while (target != nullptr) {
-    switch (target->getKind()) {
-      case NodeKind::Identifier: {
-        auto const& id = static_cast<ast::Identifier const&>(*target);
-        auto range = id.getSourceRange();
-        defineVariable(source_.substr(range.first.offset, range.last.offset - range.first.offset + 1));
-        return;
-      }
-      case NodeKind::ParenOperation: target = static_cast<ast::ParenOperation const*>(target)->getFunction(); break;
-      case NodeKind::BraceOperation: target = static_cast<ast::BraceOperation const*>(target)->getBase(); break;
-      case NodeKind::DotOperation: target = static_cast<ast::DotOperation const*>(target)->getLeft(); break;
-      case NodeKind::DotParenOperation: target = static_cast<ast::DotParenOperation const*>(target)->getLeft(); break;
-      default: return;
-    }
+  if (ast::Identifier const* head = headOf(target).identifier) {
+    auto const range = head->getSourceRange();
+    defineVariable(source_.substr(range.first.offset, range.last.offset - range.first.offset + 1));
   }
 }
 

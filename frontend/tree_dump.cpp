@@ -53,9 +53,7 @@ class Dumper {
 
   void dump(ast::Node const& node, int depth) {
     std::vector<ast::Node const*> children;
-    lf::astapi::visitByKind(node, [&children](auto const& typed) {
-      typed.forEachChild([&children](ast::Node const* child) { children.push_back(child); });
-    });
+    lf::astapi::forEachChild(node, [&children](ast::Node const* child) { children.push_back(child); });
     out_ << '(' << lf::astapi::nodeKindName(node.getKind());
     std::string const text = leafText(node);
     if (!text.empty()) out_ << ' ' << text;
@@ -79,8 +77,7 @@ class Dumper {
  private:
   static bool hasChildren(ast::Node const& node) {
     bool any = false;
-    lf::astapi::visitByKind(
-        node, [&any](auto const& typed) { typed.forEachChild([&any](ast::Node const*) { any = true; }); });
+    lf::astapi::forEachChild(node, [&any](ast::Node const*) { any = true; });
     return any;
   }
 

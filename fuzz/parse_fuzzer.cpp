@@ -36,9 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     pending.pop_back();
     if (calls.getCallInfo(*node).getNode() != node) __builtin_trap();
     calls.getClosestCall(*node);
-    lf::astapi::visitByKind(*node, [&pending](auto const& typed) {
-      typed.forEachChild([&pending](ca::ast::Node const* child) { pending.push_back(child); });
-    });
+    lf::astapi::forEachChild(*node, [&pending](ca::ast::Node const* child) { pending.push_back(child); });
   }
   analysis.get<ca::controlflow::ControlFlowAnalysis>();
   for (auto const* record : analysis.get<ca::usedef::UseDefAnalysis>().getAllUseDefs()) {

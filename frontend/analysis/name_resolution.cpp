@@ -3,44 +3,14 @@
 #include <algorithm>
 #include <type_traits>
 
+#include "frontend/assignment_target.hpp"
+
 namespace frontend {
 
 namespace ast = ca::ast;
 using ca::astapi::StringId;
 using Entry = ca::nameresolution::SymbolTableEntry;
 using lf::astapi::NodeKind;
-
-namespace {
-
-// The identifier at the left end of an assignment target (`x` of `x`, `x(2)`,
-// `x.f{3}`), and whether a field access stands on the way.
-struct TargetHead {
-  ast::Identifier const* identifier = nullptr;
-  bool throughField = false;
-};
-
-TargetHead headOf(ast::Expression const* target) {
-  TargetHead head;
-  while (target != nullptr) {
-    switch (target->getKind()) {
-      case NodeKind::Identifier: head.identifier = static_cast<ast::Identifier const*>(target); return head;
-      case NodeKind::ParenOperation: target = static_cast<ast::ParenOperation const*>(target)->getFunction(); break;
-      case NodeKind::BraceOperation: target = static_cast<ast::BraceOperation const*>(target)->getBase(); break;
-      case NodeKind::DotOperation:
-        head.throughField = true;
-        target = static_cast<ast::DotOperation const*>(target)->getLeft();
-        break;
-      case NodeKind::DotParenOperation:
-        head.throughField = true;
-        target = static_cast<ast::DotParenOperation const*>(target)->getLeft();
-        break;
-      default: return head;
-    }
-  }
-  return head;
-}
-
-}  // namespace
 
 // Resolves every identifier of a tree in two passes: first the functions,
 // methods and class of the file and the variables of each scope, then each
@@ -144,26 +114,12 @@ class NameResolver {
     }
   }
 
+  // Nested functions stand directly in the body of the function around them:
+  // the parser ends a block at 'function'.
   template <class Fn>
   static void forEachNestedFunction(lf::astapi::NodeList<ast::Node> body, Fn&& fn) {
-    std::vector<ast::Node const*> pending(body.rbegin(), body.rend());
-    while (!pending.empty()) {
-      ast::Node const* node = pending.back();
-      pending.pop_back();
-      if (node->getKind() == NodeKind::Function) {
-        fn(static_cast<ast::Function const&>(*node));
-        continue;  // its own nested functions are declared with it
-      }
-      if ((node->getKindFlags() & lf::astapi::kindflags::statement) == 0 && node->getKind() != NodeKind::ElseBlock &&
-          node->getKind() != NodeKind::ElseifBlock && node->getKind() != NodeKind::CaseSelection &&
-          node->getKind() != NodeKind::OtherwiseBlock && node->getKind() != NodeKind::CatchBlock) {
-        continue;
-      }
-      std::vector<ast::Node const*> children;
-      lf::astapi::visitByKind(*node, [&children](auto const& typed) {
-        typed.forEachChild([&children](ast::Node const* child) { children.push_back(child); });
-      });
-      pending.insert(pending.end(), children.rbegin(), children.rend());
+    for (ast::Node const* node : body) {
+      if (node->getKind() == NodeKind::Function) fn(static_cast<ast::Function const&>(*node));
     }
   }
 
@@ -203,9 +159,7 @@ class NameResolver {
           break;
         default: break;
       }
-      lf::astapi::visitByKind(*node, [&pending](auto const& typed) {
-        typed.forEachChild([&pending](ast::Node const* child) { pending.push_back(child); });
-      });
+      lf::astapi::forEachChild(*node, [&pending](ast::Node const* child) { pending.push_back(child); });
     }
   }
 
@@ -313,11 +267,7 @@ class NameResolver {
         }
         return;
       }
-      default:
-        lf::astapi::visitByKind(node, [&](auto const& typed) {
-          typed.forEachChild([&](ast::Node const* child) { visit(*child, scope); });
-        });
-        return;
+      default: lf::astapi::forEachChild(node, [&](ast::Node const* child) { visit(*child, scope); }); return;
     }
   }
 

@@ -152,9 +152,7 @@ class EventCollector {
         reads(lambda.getBody());
         return;
       }
-      default:
-        lf::astapi::visitByKind(
-            *node, [this](auto const& typed) { typed.forEachChild([this](ast::Node const* child) { reads(child); }); });
+      default: lf::astapi::forEachChild(*node, [this](ast::Node const* child) { reads(child); });
     }
   }
 

@@ -38,4 +38,12 @@ decltype(auto) visitByKind(Node<F> const& node, Visitor&& visitor) {
   return visitor(node);
 }
 
+/// Calls `fn` with each child of `node`, in walk order, whatever its class.
+///
+///     forEachChild(node, [](Node<F> const* child) { ... });
+template <class F, class Fn>
+void forEachChild(Node<F> const& node, Fn&& fn) {
+  visitByKind(node, [&fn](auto const& typed) { typed.forEachChild(fn); });
+}
+
 }  // namespace lf::astapi

@@ -48,10 +48,10 @@ TEST(NodeKinds, SixtySixKindsInOrderWithNamesAndClassBits) {
       default: ADD_FAILURE() << "unexpected bits for " << kind;
     }
   }
-  EXPECT_EQ(expressions, (std::set<int>{1, 2, 8, 9, 13, 14, 16, 17, 20, 22, 23, 27, 37, 39, 42, 47, 48, 50, 51, 59, 61,
-                                        64}));
-  EXPECT_EQ(statements, (std::set<int>{5, 7, 10, 18, 19, 21, 26, 32, 34, 36, 38, 40, 46, 52, 53, 54, 58, 60, 62, 63,
-                                       66}));
+  EXPECT_EQ(expressions,
+            (std::set<int>{1, 2, 8, 9, 13, 14, 16, 17, 20, 22, 23, 27, 37, 39, 42, 47, 48, 50, 51, 59, 61, 64}));
+  EXPECT_EQ(statements,
+            (std::set<int>{5, 7, 10, 18, 19, 21, 26, 32, 34, 36, 38, 40, 46, 52, 53, 54, 58, 60, 62, 63, 66}));
   EXPECT_EQ(methods, (std::set<int>{43, 44}));
   EXPECT_EQ(plain.size(), 21u);
   EXPECT_FALSE(lf::astapi::isValidNodeKind(static_cast<NodeKind>(0)));
@@ -107,8 +107,8 @@ TEST(Tree, SourceRangesAreRecordedPerNode) {
 TEST(Tree, MethodsAreFunctionsWithTheMethodBits) {
   TreeMaker t;
   auto* get = t.b.make<ast::MethodDefinition>(t.id("get.P"), t.b.list<ast::InputArgument>({t.input("obj")}),
-                                              t.b.list<ast::Identifier>({t.id("v")}),
-                                              t.b.list<ast::ArgumentsBlock>({}), t.body({}));
+                                              t.b.list<ast::Identifier>({t.id("v")}), t.b.list<ast::ArgumentsBlock>({}),
+                                              t.body({}));
   ast::Method const& method = *get;
   EXPECT_EQ(method.getKindFlags(), 0x11);
   EXPECT_EQ(ca::astapi::toStdView(method.getName()->getText()), u"get.P");
@@ -138,7 +138,7 @@ TEST(Tree, ForEachChildSkipsAbsentOptionalChildren) {
   TreeMaker t;
   auto count = [](ast::Node const& node) {
     int n = 0;
-    lf::astapi::visitByKind(node, [&n](auto const& typed) { typed.forEachChild([&n](ast::Node const*) { ++n; }); });
+    lf::astapi::forEachChild(node, [&n](ast::Node const*) { ++n; });
     return n;
   };
   EXPECT_EQ(count(*t.b.make<ast::ColonVector>(t.num(1), nullptr, t.num(2))), 2);
@@ -163,8 +163,8 @@ TEST(Values, NumericValuesAndOperatorsPrintAsWritten) {
 
 TEST(RestrictedExternals, NamesThatRunTextOrReachOtherWorkspaces) {
   auto const& names = lf::astapi::getRestrictedExternals();
-  for (char16_t const* name : {u"eval", u"evalc", u"evalin", u"assignin", u"feval", u"inputname", u"load", u"run",
-                               u"str2func"}) {
+  for (char16_t const* name :
+       {u"eval", u"evalc", u"evalin", u"assignin", u"feval", u"inputname", u"load", u"run", u"str2func"}) {
     EXPECT_EQ(names.count(name), 1u);
   }
   EXPECT_EQ(names.size(), 9u);

@@ -34,9 +34,7 @@ Lines callsIn(std::string const& source) {
           (call.isCall() == Call::KnownCall ? " known/" : " potential/") + std::to_string(call.getNumArguments()));
     }
     std::vector<ast::Node const*> children;
-    lf::astapi::visitByKind(*node, [&children](auto const& typed) {
-      typed.forEachChild([&children](ast::Node const* child) { children.push_back(child); });
-    });
+    lf::astapi::forEachChild(*node, [&children](ast::Node const* child) { children.push_back(child); });
     pending.insert(pending.end(), children.rbegin(), children.rend());
   }
   return out;

@@ -77,14 +77,12 @@ Lines describe(Flow const& flow, ControlFlowGraph const& graph) {
 /// Calls `fn` with every node below `node` (not `node` itself), depth first.
 template <class Fn>
 void forEachDescendant(ast::Node const& node, Fn const& fn) {
-  lf::astapi::visitByKind(node, [&](auto const& typed) {
-    typed.forEachChild([&](ast::Node const* child) {
-      if (fn(*child)) forEachDescendant(*child, fn);
-    });
+  lf::astapi::forEachChild(node, [&](ast::Node const* child) {
+    if (fn(*child)) forEachDescendant(*child, fn);
   });
 }
 
-bool isStatement(ast::Node const& node) { return (node.getKindFlags() & 0x02) != 0; }
+bool isStatement(ast::Node const& node) { return (node.getKindFlags() & lf::astapi::kindflags::statement) != 0; }
 bool isBodyOwner(ast::Node const& node) {
   return node.getKind() == NodeKind::Function || node.getKind() == NodeKind::MethodDefinition ||
          node.getKind() == NodeKind::Classdef;
