@@ -11,6 +11,7 @@
 
 #include "bench/corpus_generator.hpp"
 #include "bench/premise.hpp"
+#include "bench/unit_cost.hpp"
 #include "frontend/analyze.hpp"
 #include "platform/callresolution/call.hpp"
 #include "platform/controlflow/control_flow.hpp"
@@ -18,6 +19,8 @@
 #include "platform/usedef/usedef_analysis.hpp"
 
 namespace {
+
+using plexus::bench::UnitCost;
 
 using plexus::bench::require;
 
@@ -53,6 +56,7 @@ void BM_AnalyzeCorpus(benchmark::State& state) {
     require(frontend::analyze(file.source, file.path).analysis != nullptr, "generated file " + file.path + " fails");
   }
   std::size_t touched = 0;
+  UnitCost cost;
   for (auto _ : state) {
     for (auto const& file : files) {
       frontend::AnalysisResult const result = frontend::analyze(file.source, file.path);
@@ -62,9 +66,8 @@ void BM_AnalyzeCorpus(benchmark::State& state) {
   benchmark::DoNotOptimize(touched);
   double const megabytes = static_cast<double>(corpus().bytes) / 1e6;
   state.SetBytesProcessed(static_cast<std::int64_t>(corpus().bytes) * state.iterations());
-  state.counters["MB_per_s"] = benchmark::Counter(megabytes, benchmark::Counter::kIsIterationInvariantRate);
-  state.counters["ms_per_MB"] =
-      benchmark::Counter(megabytes / 1e3, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  cost.reportRate(state, "MB_per_s", megabytes);
+  cost.report(state, "ms_per_MB", megabytes, 1e-3);
 }
 
 BENCHMARK(BM_AnalyzeCorpus)->Unit(benchmark::kMillisecond)->MinTime(3.0);

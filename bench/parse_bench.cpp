@@ -13,10 +13,13 @@
 
 #include "bench/corpus_generator.hpp"
 #include "bench/premise.hpp"
+#include "bench/unit_cost.hpp"
 #include "frontend/diagnostic.hpp"
 #include "frontend/parse.hpp"
 
 namespace {
+
+using plexus::bench::UnitCost;
 
 using plexus::bench::require;
 
@@ -61,13 +64,16 @@ void BM_ParseCorpus(benchmark::State& state) {
   std::vector<frontend::ParseResult> results;
   results.reserve(files.size());
   std::size_t nodes = 0;
+  UnitCost cost;
   for (auto _ : state) {
     for (auto const& file : files) results.push_back(frontend::parse(file.source, file.path));
     benchmark::DoNotOptimize(results.data());
     benchmark::ClobberMemory();
     state.PauseTiming();
+    cost.pause();
     nodes = 0;
     for (auto const& result : results) nodes += result.tree->getNodeCount();
+    cost.resume();
     state.ResumeTiming();
     results.clear();  // the trees of this pass die inside the timed region
   }
@@ -77,13 +83,10 @@ void BM_ParseCorpus(benchmark::State& state) {
   double const bytes = static_cast<double>(corpus.generated.bytes);
   state.SetBytesProcessed(static_cast<std::int64_t>(corpus.generated.bytes) * state.iterations());
   // Bytes of one pass, in units of 1e6, as a rate: megabytes per second.
-  state.counters["MB_per_s"] = benchmark::Counter(bytes / 1e6, benchmark::Counter::kIsIterationInvariantRate);
+  cost.reportRate(state, "MB_per_s", bytes / 1e6);
   // The same cost per byte and per node, in nanoseconds.
-  state.counters["ns_per_byte"] =
-      benchmark::Counter(bytes / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-  state.counters["ns_per_node"] = benchmark::Counter(static_cast<double>(corpus.nodes) / 1e9,
-                                                     benchmark::Counter::kIsIterationInvariantRate |
-                                                         benchmark::Counter::kInvert);
+  cost.report(state, "ns_per_byte", bytes, 1e-9);
+  cost.report(state, "ns_per_node", static_cast<double>(corpus.nodes), 1e-9);
   state.counters["files"] = static_cast<double>(files.size());
   state.counters["corpus_MB"] = bytes / 1e6;
   state.counters["nodes"] = static_cast<double>(corpus.nodes);

@@ -23,12 +23,15 @@
 #include "bench/call_rules.hpp"
 #include "bench/node_collector.hpp"
 #include "bench/premise.hpp"
+#include "bench/unit_cost.hpp"
 #include "bench/synthetic_tree.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
 #include "rulesystem/execution/all_nodes.hpp"
 #include "rulesystem/graph/switch.hpp"
 
 namespace {
+
+using plexus::bench::UnitCost;
 
 using ca::ast::ParenOperation;
 using ca::rulesystem::AllNodes;
@@ -116,39 +119,38 @@ RuleGraphs const& ruleGraphs(std::size_t count) {
   return *entry;
 }
 
-/// An inverted rate of an iteration-invariant count is seconds per counted
-/// unit; counting in units of 1e9 gives nanoseconds per unit.
-benchmark::Counter nanosecondsPer(std::size_t unitsPerIteration) {
-  return benchmark::Counter(static_cast<double>(unitsPerIteration) / 1e9,
-                            benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-void report(benchmark::State& state, bool walked, std::uint64_t hitsPerRun) {
+void report(benchmark::State& state, UnitCost cost, bool walked, std::uint64_t hitsPerRun) {
   CallCorpus const& corpus = callCorpus();
-  state.counters["ns_per_call"] = nanosecondsPer(corpus.calls.size());
-  if (walked) state.counters["ns_per_node"] = nanosecondsPer(corpus.nodes);
+  cost.report(state, "ns_per_call", static_cast<double>(corpus.calls.size()), 1e-9);
+  if (walked) cost.report(state, "ns_per_node", static_cast<double>(corpus.nodes), 1e-9);
   state.SetLabel(std::to_string(corpus.nodes) + " nodes, " + std::to_string(corpus.calls.size()) + " calls, " +
                  std::to_string(hitsPerRun) + " hits");
 }
 
 /// Whole runs of `all` over the tree.
-void walk(benchmark::State& state, AllNodes const& all, std::vector<std::uint64_t> const& hits) {
+UnitCost walk(benchmark::State& state, AllNodes const& all, std::vector<std::uint64_t> const& hits) {
   auto const& analysis = *callCorpus().analysis;
+  UnitCost cost;
   for (auto _ : state) {
     all.execute(analysis, nullptr);
     benchmark::DoNotOptimize(hits.data());
     benchmark::ClobberMemory();
   }
+  cost.pause();
+  return cost;
 }
 
 /// The tree's calls handed to the root of calls of `all`, without a walk.
-void deliverCalls(benchmark::State& state, AllNodes const& all, std::vector<std::uint64_t> const& hits) {
+UnitCost deliverCalls(benchmark::State& state, AllNodes const& all, std::vector<std::uint64_t> const& hits) {
   CallCorpus const& corpus = callCorpus();
+  UnitCost cost;
   for (auto _ : state) {
     for (ParenOperation const* call : corpus.calls) all.parenOperation->produce(*call, *corpus.analysis, nullptr);
     benchmark::DoNotOptimize(hits.data());
     benchmark::ClobberMemory();
   }
+  cost.pause();
+  return cost;
 }
 
 /// The walk with no rule at all: the part of the walked series that is not
@@ -156,32 +158,27 @@ void deliverCalls(benchmark::State& state, AllNodes const& all, std::vector<std:
 void BM_SwitchPredicateBaselineNoRules(benchmark::State& state) {
   AllNodes const all;
   std::vector<std::uint64_t> const none;
-  walk(state, all, none);
-  report(state, true, 0);
+  report(state, walk(state, all, none), true, 0);
 }
 
 void BM_CallNameSwitch(benchmark::State& state) {
   RuleGraphs const& graphs = ruleGraphs(static_cast<std::size_t>(state.range(0)));
-  walk(state, graphs.switched, graphs.switchHits);
-  report(state, true, graphs.hitsPerRun);
+  report(state, walk(state, graphs.switched, graphs.switchHits), true, graphs.hitsPerRun);
 }
 
 void BM_CallNamePredicates(benchmark::State& state) {
   RuleGraphs const& graphs = ruleGraphs(static_cast<std::size_t>(state.range(0)));
-  walk(state, graphs.predicated, graphs.predicateHits);
-  report(state, true, graphs.hitsPerRun);
+  report(state, walk(state, graphs.predicated, graphs.predicateHits), true, graphs.hitsPerRun);
 }
 
 void BM_CallNameSwitchNoWalk(benchmark::State& state) {
   RuleGraphs const& graphs = ruleGraphs(static_cast<std::size_t>(state.range(0)));
-  deliverCalls(state, graphs.switched, graphs.switchHits);
-  report(state, false, graphs.hitsPerRun);
+  report(state, deliverCalls(state, graphs.switched, graphs.switchHits), false, graphs.hitsPerRun);
 }
 
 void BM_CallNamePredicatesNoWalk(benchmark::State& state) {
   RuleGraphs const& graphs = ruleGraphs(static_cast<std::size_t>(state.range(0)));
-  deliverCalls(state, graphs.predicated, graphs.predicateHits);
-  report(state, false, graphs.hitsPerRun);
+  report(state, deliverCalls(state, graphs.predicated, graphs.predicateHits), false, graphs.hitsPerRun);
 }
 
 // The walk of a tree this size is bound by memory latency, which other work on

@@ -13,12 +13,15 @@
 #include "bench/bench_analysis.hpp"
 #include "bench/graph_census.hpp"
 #include "bench/premise.hpp"
+#include "bench/unit_cost.hpp"
 #include "bench/rule_set.hpp"
 #include "bench/synthetic_tree.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
 #include "rulesystem/execution/all_nodes.hpp"
 
 namespace {
+
+using plexus::bench::UnitCost;
 
 using ca::rulesystem::AllNodes;
 using plexus::bench::require;
@@ -114,61 +117,61 @@ CheckedRules const& checkedRules() {
   return rules;
 }
 
-void reportPerNode(benchmark::State& state, Corpus const& walked = corpus()) {
-  double const nodes = static_cast<double>(walked.nodes);
+void reportPerNode(benchmark::State& state, UnitCost& cost, Corpus const& walked = corpus()) {
   state.SetItemsProcessed(static_cast<std::int64_t>(walked.nodes) * state.iterations());
-  // An inverted rate of an iteration-invariant count is seconds per counted
-  // unit: 1 / (count * iterations / seconds). Counting units of 1e9 nodes
-  // turns that into nanoseconds per node.
-  state.counters["ns_per_node"] =
-      benchmark::Counter(nodes / 1e9, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  cost.report(state, "ns_per_node", static_cast<double>(walked.nodes), 1e-9);
 }
 
 void BM_WalkNoConsumers(benchmark::State& state) {
   auto const& analysis = *corpus().analysis;
   AllNodes const all;
+  UnitCost cost;
   for (auto _ : state) all.execute(analysis, nullptr);
-  reportPerNode(state);
+  reportPerNode(state, cost);
 }
 
 void BM_SharedRules100(benchmark::State& state) {
   auto const& analysis = *corpus().analysis;
   SharedRules const& rules = checkedRules().shared;
+  UnitCost cost;
   for (auto _ : state) {
     rules.all.execute(analysis, nullptr);
     benchmark::DoNotOptimize(rules.hits.data());
     benchmark::ClobberMemory();
   }
-  reportPerNode(state);
+  reportPerNode(state, cost);
 }
 
 void BM_UnsharedRules100(benchmark::State& state) {
   auto const& analysis = *corpus().analysis;
   UnsharedRules const& rules = checkedRules().unshared;
+  UnitCost cost;
   for (auto _ : state) {
     rules.execute(analysis);
     benchmark::DoNotOptimize(rules.hits.data());
     benchmark::ClobberMemory();
   }
-  reportPerNode(state);
+  reportPerNode(state, cost);
 }
 
 void BM_WalkNoConsumersFileSized(benchmark::State& state) {
   auto const& analysis = *fileSizedCorpus().analysis;
   AllNodes const all;
+  UnitCost cost;
   for (auto _ : state) all.execute(analysis, nullptr);
-  reportPerNode(state, fileSizedCorpus());
+  reportPerNode(state, cost, fileSizedCorpus());
 }
 
 void BM_SharedRules100FileSized(benchmark::State& state) {
   auto const& analysis = *fileSizedCorpus().analysis;
   SharedRules const& rules = checkedRules().shared;
+  UnitCost cost;
   for (auto _ : state) {
     rules.all.execute(analysis, nullptr);
     benchmark::DoNotOptimize(rules.hits.data());
     benchmark::ClobberMemory();
   }
-  reportPerNode(state, fileSizedCorpus());
+  reportPerNode(state, cost, fileSizedCorpus());
 }
 
 BENCHMARK(BM_WalkNoConsumers)->Unit(benchmark::kMillisecond)->MinTime(2.0);
