@@ -219,7 +219,11 @@ template <class U>
 std::shared_ptr<ProducerImpl<U>> ProducerImpl<T>::upcast() {
   class UpcastTransform final : public Transform<T, U> {
    public:
-    std::u16string description() const override { return u"Upcast " + ca::utils::prettyTypeName<U>(); }
+    std::u16string description() const override {
+      std::u16string text = u"Upcast ";
+      text += ca::utils::prettyTypeName<U>();
+      return text;
+    }
     bool lessThan(TransformBase const*) const override { return false; }
     U transform(T item, ca::Analysis const&) const override { return ItemConversion<U, T>::convert(item); }
   };
