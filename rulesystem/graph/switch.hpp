@@ -87,9 +87,12 @@ class Switch final : public Consumer<In> {
 
   /// The case for `key`, made when it is not there yet.
   std::shared_ptr<CaseProducer> getCase(Key const& key) {
-    auto [entry, made] = cases.try_emplace(key);
-    if (made) entry->second = std::make_shared<CaseProducer>(this, key);
-    return entry->second;
+    if (auto found = cases.find(key); found != cases.end()) return found->second;
+    // The case is made before the key is entered: should making it fail, the
+    // map holds no key without a case for `consume` to meet.
+    auto made = std::make_shared<CaseProducer>(this, key);
+    cases.emplace(key, made);
+    return made;
   }
 
   /// The cases for `keys`, made where missing, as plain pointers; the switch

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <ostream>
+#include <stdexcept>
 #include <string>
 
 #include "rulesystem/execution/all_nodes.hpp"
@@ -155,6 +158,57 @@ TEST(Switch, CasesDescribeTheirKeysAsText) {
   EXPECT_EQ(byNumber.getCase(12345)->detailsDescription(), u"12345");
   EXPECT_EQ(byNumber.getCases({1, 2, 12345}).size(), 3u);
   EXPECT_EQ(byNumber.cases.size(), 3u);
+}
+
+// A key whose copy fails on the n-th copy after `armed` is set, standing in
+// for any failure while a case is made (an allocation, a copy of the key).
+struct FragileKey {
+  static inline int copiesUntilFailure = 0;
+  int value = 0;
+  FragileKey() = default;
+  explicit FragileKey(int v) : value(v) {}
+  FragileKey(FragileKey const& other) : value(other.value) {
+    if (copiesUntilFailure > 0 && --copiesUntilFailure == 0) throw std::runtime_error("copy failed");
+  }
+  FragileKey& operator=(FragileKey const&) = default;
+  friend bool operator==(FragileKey const& a, FragileKey const& b) { return a.value == b.value; }
+  friend std::ostream& operator<<(std::ostream& out, FragileKey const& key) { return out << key.value; }
+};
+struct FragileKeyHash {
+  std::size_t operator()(FragileKey const& key) const { return std::hash<int>{}(key.value); }
+};
+}  // namespace
+
+template <>
+struct std::hash<FragileKey> : FragileKeyHash {};
+
+namespace {
+
+class ConstantKey final : public Transform<Field const&, FragileKey> {
+ public:
+  std::u16string description() const override { return u"ConstantKey"; }
+  bool lessThan(TransformBase const*) const override { return false; }
+  FragileKey transform(Field const&, ca::Analysis const&) const override { return FragileKey(7); }
+};
+
+// A case that could not be made leaves no trace in the switch: the next item
+// with its key finds no case rather than a null one.
+TEST(Switch, ACaseThatFailsToBeMadeLeavesNoKeyBehind) {
+  Fields f;
+  auto const& statement = static_cast<ExpressionStatement const&>(*f.analysis->getProgram()->getBody()[0]);
+  Field const& field = static_cast<DotOperation const&>(*statement.getExpression()).getField();
+  for (int failingCopy : {1, 2, 3}) {
+    Switch<Field const&, Field const&, FragileKey> branching(std::make_unique<ConstantKey>());
+    FragileKey const key(7);
+    FragileKey::copiesUntilFailure = failingCopy;
+    try {
+      branching.getCase(key);
+    } catch (std::runtime_error const&) {
+    }
+    FragileKey::copiesUntilFailure = 0;
+    for (auto const& [k, branch] : branching.cases) EXPECT_NE(branch, nullptr) << "failing copy " << failingCopy;
+    branching.consume(field, *f.analysis, nullptr);  // must not meet a null case
+  }
 }
 
 }  // namespace
