@@ -10,6 +10,7 @@
 #include <typeinfo>
 
 #include "platform/analysis/analysis.hpp"
+#include "platform/callresolution/call.hpp"
 #include "rulesystem/graph/vertex.hpp"
 
 namespace ca::rulesystem {
@@ -111,8 +112,8 @@ struct SelectManyCompare {
 };
 
 /// How an item of type From reaches a stage over type To: a reference to a
-/// base class as it is, and for `Typeless` a stand-in that does not look at
-/// the item. Other item types (calls) add their own specialisations.
+/// base class as it is; a call as the node where it stands; and for
+/// `Typeless` a stand-in that does not look at the item.
 template <class To, class From>
 struct ItemConversion {
   static To convert(From item) { return item; }
@@ -120,6 +121,14 @@ struct ItemConversion {
 template <class From>
 struct ItemConversion<Typeless, From> {
   static Typeless convert(From) { return {}; }
+};
+template <>
+struct ItemConversion<ca::ast::Node const&, ca::callresolution::Call const&> {
+  static ca::ast::Node const& convert(ca::callresolution::Call const& call) { return *call.getNode(); }
+};
+template <>
+struct ItemConversion<ca::ast::Node const&, ca::callresolution::Call> {
+  static ca::ast::Node const& convert(ca::callresolution::Call const& call) { return *call.getNode(); }
 };
 
 }  // namespace ca::rulesystem

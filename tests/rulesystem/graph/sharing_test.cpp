@@ -207,4 +207,35 @@ TEST(Sharing, VerticesLiveAsLongAsAnyHandle) {
   EXPECT_EQ(kept.impl.use_count(), 1);
 }
 
+// Calls reach stages over nodes as the node where the call stands: a filter
+// over nodes tests it, and an upcast hands it on.
+TEST(Sharing, CallsReachNodeStagesAsTheirNode) {
+  using ca::callresolution::Call;
+  CallFixture f;
+  Call const call(f.call, Call::KnownCall);
+  Call const name(f.call->getFunction(), Call::KnownCall);
+
+  auto calls = std::make_shared<RootProducer<Call const&>>(u"Calls");
+  Log log;
+  auto parens = Producer<Call const&>(calls) | std::make_unique<HasKind>(NodeKind::ParenOperation);
+  plexus::testing::record(parens, log, "paren call");
+  Producer<Node const&> const nodes(calls->upcast<Node const&>());
+  EXPECT_EQ(nodes.impl, calls->upcast<Node const&>()) << "the upcast from calls to nodes is one vertex";
+  auto recorder = std::make_shared<plexus::testing::Recorder<Node const&>>(
+      log, [](Node const& node) { return std::string(lf::astapi::nodeKindName(node.getKind())); });
+  nodes | recorder;
+
+  calls->produce(call, *f.analysis, nullptr);
+  calls->produce(name, *f.analysis, nullptr);
+  EXPECT_EQ(log, (Log{"paren call", "ParenOperation", "Identifier"}));
+
+  // Calls handed on by value convert the same way.
+  auto byValue = std::make_shared<RootProducer<Call>>(u"Calls by value");
+  Log valueLog;
+  plexus::testing::record(Producer<Call>(byValue) | std::make_unique<HasKind>(NodeKind::Identifier), valueLog, "name");
+  byValue->produce(call, *f.analysis, nullptr);
+  byValue->produce(name, *f.analysis, nullptr);
+  EXPECT_EQ(valueLog, (Log{"name"}));
+}
+
 }  // namespace
