@@ -60,28 +60,37 @@ TokenKind keywordKind(std::string_view word) {
 
 Lexer::Lexer(std::string_view source) : source_(source) {}
 
-std::uint32_t Lexer::columnOf(std::uint32_t offset, std::uint32_t lineStart) const {
-  std::uint32_t column = 1;
-  for (std::uint32_t i = lineStart; i < offset; ++i) {
+std::uint32_t Lexer::charactersBetween(std::uint32_t from, std::uint32_t to) const {
+  std::uint32_t characters = 0;
+  for (std::uint32_t i = from; i < to; ++i) {
     // Count characters: every byte that is not a UTF-8 continuation byte.
-    if ((static_cast<unsigned char>(source_[i]) & 0xC0) != 0x80) ++column;
+    if ((static_cast<unsigned char>(source_[i]) & 0xC0) != 0x80) ++characters;
   }
-  return column;
+  return characters;
+}
+
+std::uint32_t Lexer::columnOnLine(std::uint32_t offset) {
+  if (offset < columnMark_) return 1 + charactersBetween(lineStart_, offset);
+  columnAtMark_ += charactersBetween(columnMark_, offset);
+  columnMark_ = offset;
+  return columnAtMark_;
 }
 
 lf::astapi::SourcePosition Lexer::lastCharacter() const {
   auto const last = static_cast<std::uint32_t>(source_.size() - 1);
   // A final line end belongs to the line before the (empty) current one.
   if (lineStart_ == source_.size() && line_ > 1) {
-    return {last, line_ - 1, columnOf(last, previousLineStart_)};
+    return {last, line_ - 1, 1 + charactersBetween(previousLineStart_, last)};
   }
-  return {last, line_, columnOf(last, lineStart_)};
+  return {last, line_, 1 + charactersBetween(lineStart_, last)};
 }
 
 void Lexer::newLine(std::uint32_t nextLineStart) {
   previousLineStart_ = lineStart_;
   ++line_;
   lineStart_ = nextLineStart;
+  columnMark_ = nextLineStart;
+  columnAtMark_ = 1;
   lineHasToken_ = false;
   nonAsciiOnLine_ = false;
 }
@@ -92,7 +101,7 @@ Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
   token.spaceBefore = spaceBefore;
   token.offset = start;
   token.line = line_;
-  token.column = nonAsciiOnLine_ ? columnOf(start, lineStart_) : start - lineStart_ + 1;
+  token.column = nonAsciiOnLine_ ? columnOnLine(start) : start - lineStart_ + 1;
   token.text = source_.substr(start, pos_ - start);
   if (kind == TokenKind::CharVector || kind == TokenKind::String || kind == TokenKind::Error) {
     for (char c : token.text) {
@@ -100,7 +109,7 @@ Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
     }
   }
   if (kind != TokenKind::Newline) lineHasToken_ = true;
-  previousIndexEnd_ = kind == TokenKind::End && insideIndex();
+  previousIndexEnd_ = kind == TokenKind::End && openIndexBrackets_ > 0;
   previous_ = kind;
   return token;
 }
@@ -126,7 +135,7 @@ bool Lexer::skipBlockComment(Token* failure) {
   // At the start of a line that holds only "%{". Block comments nest.
   std::uint32_t const start = pos_;
   std::uint32_t const startLine = line_;
-  std::uint32_t const startColumn = columnOf(start, lineStart_);
+  std::uint32_t const startColumn = columnOnLine(start);
   int depth = 0;
   std::uint32_t i = lineStart_;
   while (i <= source_.size()) {
@@ -194,13 +203,6 @@ bool Lexer::skipTrivia(Token* failure) {
     }
   }
   return skipped;
-}
-
-bool Lexer::insideIndex() const {
-  for (char open : brackets_) {
-    if (open == '(' || open == '{') return true;
-  }
-  return false;
 }
 
 bool Lexer::transposeAllowed(bool spaceBefore) const {
@@ -358,12 +360,16 @@ Token Lexer::next() {
     case '[':
     case '{': {
       brackets_.push_back(c);
+      if (c != '[') ++openIndexBrackets_;
       return single(c == '(' ? TokenKind::LeftParen : c == '[' ? TokenKind::LeftBracket : TokenKind::LeftBrace);
     }
     case ')':
     case ']':
     case '}': {
-      if (!brackets_.empty()) brackets_.pop_back();
+      if (!brackets_.empty()) {
+        if (brackets_.back() != '[') --openIndexBrackets_;
+        brackets_.pop_back();
+      }
       return single(c == ')' ? TokenKind::RightParen : c == ']' ? TokenKind::RightBracket : TokenKind::RightBrace);
     }
     default: break;
@@ -383,13 +389,17 @@ Token Lexer::next() {
 std::vector<Lexer::Word> Lexer::readCommandWords() {
   std::vector<Word> words;
   auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
+  auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
   while (true) {
     while (isBlank(at(pos_))) ++pos_;
     char const c = at(pos_);
-    if (pos_ >= source_.size() || c == '\n' || c == '\r' || c == ',' || c == ';') break;
+    if (pos_ >= source_.size() || isLineEnd(c) || c == ',' || c == ';') break;
     if (c == '%') {
       // A comment ends the command; the line end stays for next().
-      while (pos_ < source_.size() && source_[pos_] != '\n' && source_[pos_] != '\r') ++pos_;
+      while (pos_ < source_.size() && !isLineEnd(source_[pos_])) {
+        if (static_cast<unsigned char>(source_[pos_]) >= 0x80) nonAsciiOnLine_ = true;
+        ++pos_;
+      }
       break;
     }
     if (source_.substr(pos_, 3) == "...") {
@@ -399,18 +409,29 @@ std::vector<Lexer::Word> Lexer::readCommandWords() {
     }
     std::uint32_t const start = pos_;
     std::string text;
-    // A word runs to the next blank, comma, semicolon or line end; quoted
-    // parts ('it''s here') may hold any of these and lose their quotes.
+    // A word runs to the next blank, comma, semicolon or line end outside
+    // parentheses: `w(2,1)` and `b(t)` are one word each. Quoted parts
+    // ('it''s here') may hold any of these; outside parentheses they lose
+    // their quotes, inside they stay as written.
+    int parentheses = 0;
     while (pos_ < source_.size()) {
       char const d = source_[pos_];
-      if (isBlank(d) || d == '\n' || d == '\r' || d == ',' || d == ';') break;
-      if (d == '\'') {
+      if (isLineEnd(d)) break;
+      if (parentheses == 0 && (isBlank(d) || d == ',' || d == ';')) break;
+      if (static_cast<unsigned char>(d) >= 0x80) nonAsciiOnLine_ = true;
+      char const before = pos_ > start ? source_[pos_ - 1] : ' ';
+      bool const transpose = parentheses > 0 && (isNameChar(before) || before == ')' || before == ']' ||
+                                                 before == '}' || before == '\'' || before == '.');
+      if (d == '\'' && !transpose) {
+        bool const keepQuotes = parentheses > 0;
+        if (keepQuotes) text += '\'';
         std::uint32_t i = pos_ + 1;
         bool closed = false;
-        while (i < source_.size() && source_[i] != '\n' && source_[i] != '\r') {
+        while (i < source_.size() && !isLineEnd(source_[i])) {
+          if (static_cast<unsigned char>(source_[i]) >= 0x80) nonAsciiOnLine_ = true;
           if (source_[i] == '\'') {
             if (at(i + 1) == '\'') {
-              text += '\'';
+              text += keepQuotes ? "''" : "'";
               i += 2;
               continue;
             }
@@ -420,14 +441,16 @@ std::vector<Lexer::Word> Lexer::readCommandWords() {
           text += source_[i];
           ++i;
         }
+        if (closed && keepQuotes) text += '\'';
         pos_ = closed ? i + 1 : i;
         continue;
       }
-      if (static_cast<unsigned char>(d) >= 0x80) nonAsciiOnLine_ = true;
+      if (d == '(') ++parentheses;
+      if (d == ')' && parentheses > 0) --parentheses;
       text += d;
       ++pos_;
     }
-    words.push_back(Word{std::move(text), start, line_, columnOf(start, lineStart_), pos_ - start});
+    words.push_back(Word{std::move(text), start, line_, columnOnLine(start), pos_ - start});
   }
   lineHasToken_ = true;
   previous_ = TokenKind::CharVector;

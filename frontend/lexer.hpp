@@ -41,11 +41,11 @@ class Lexer {
   std::string_view readRestOfLine();
 
   /// Forgets open brackets, for recovery after a broken statement.
-  void forgetBrackets() { brackets_.clear(); }
+  void forgetBrackets() {
+    brackets_.clear();
+    openIndexBrackets_ = 0;
+  }
 
-  /// The 1-based column (in characters) of a byte offset on the current line
-  /// or an earlier one starting at `lineStart`.
-  std::uint32_t columnOf(std::uint32_t offset, std::uint32_t lineStart) const;
   /// The position of the source's last character; valid once the lexer has
   /// reached the end of the source, and for a source that is not empty.
   lf::astapi::SourcePosition lastCharacter() const;
@@ -61,19 +61,30 @@ class Lexer {
   Token lexNumber(std::uint32_t start, bool spaceBefore);
   Token lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKind kind);
   bool transposeAllowed(bool spaceBefore) const;
-  bool insideIndex() const;
+  std::uint32_t charactersBetween(std::uint32_t from, std::uint32_t to) const;
+  /// The 1-based column (in characters) of a byte offset on the current line.
+  /// Offsets are asked in increasing order, so the count goes on from the
+  /// last one: a line costs its length once, however many tokens it holds.
+  std::uint32_t columnOnLine(std::uint32_t offset);
 
   std::string_view source_;
   std::uint32_t pos_ = 0;
   std::uint32_t line_ = 1;
   std::uint32_t lineStart_ = 0;
   std::uint32_t previousLineStart_ = 0;
+  // A byte offset on the current line and its column, where the next count
+  // of columns starts.
+  std::uint32_t columnMark_ = 0;
+  std::uint32_t columnAtMark_ = 1;
   bool lineHasToken_ = false;
   bool nonAsciiOnLine_ = false;
   TokenKind previous_ = TokenKind::Newline;
   // The previous token was `end` used as an index (inside parentheses or braces).
   bool previousIndexEnd_ = false;
   std::vector<char> brackets_;
+  // How many of the open brackets are parentheses or braces: inside one, `end`
+  // is an index.
+  std::uint32_t openIndexBrackets_ = 0;
   std::vector<std::string> errors_;
 };
 

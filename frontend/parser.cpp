@@ -130,10 +130,11 @@ Parser::Parser(std::string_view source, std::string_view path, FunctionStyle sty
       style_(style),
       lexer_(source) {}
 
-Parser::Depth::Depth(Parser& parser) : parser_(parser) {
-  if (parser_.depth_ >= maxNestingDepth) {
-    Token const& token = parser_.peek();
+Parser::Depth::Depth(Parser& parser) : parser_(parser), entered_(parser.depth_ < maxNestingDepth) {
+  if (!entered_) {
+    Token const token = parser_.peek();
     parser_.fail(token, fmt::format("nesting is deeper than {} levels", maxNestingDepth));
+    return;
   }
   ++parser_.depth_;
 }
@@ -173,7 +174,11 @@ bool Parser::accept(TokenKind kind) {
 }
 
 Token Parser::expect(TokenKind kind, std::string_view context) {
-  if (!at(kind)) unexpected(peek(), fmt::format("{} {}", describeKind(kind), context));
+  if (!at(kind)) {
+    Token const found = peek();
+    unexpected(found, fmt::format("{} {}", describeKind(kind), context));
+    return found;
+  }
   return take();
 }
 
@@ -213,14 +218,26 @@ void Parser::report(Severity severity, std::uint32_t line, std::uint32_t column,
   diagnostics_.push_back({diagnosticPath_, line, column, severity, std::move(message)});
 }
 
-void Parser::fail(Token const& token, std::string const& message) {
-  report(Severity::Error, token.line, token.column, message);
-  throw SyntaxError{};
+void Parser::fail(Token const& token, std::string message) {
+  if (failed_) return;  // only the first fault of a statement is reported
+  failed_ = true;
+  report(Severity::Error, token.line, token.column, std::move(message));
 }
 
 void Parser::unexpected(Token const& token, std::string_view expected) {
-  if (token.kind == TokenKind::Error) fail(token, lexer_.errorMessage(token));
-  fail(token, fmt::format("expected {} but found {}", expected, describe(token)));
+  if (token.kind == TokenKind::Error) {
+    fail(token, lexer_.errorMessage(token));
+  } else {
+    fail(token, fmt::format("expected {} but found {}", expected, describe(token)));
+  }
+}
+
+bool Parser::recovered(std::size_t statementMark) {
+  if (!failed_) return false;
+  failed_ = false;
+  scratch_.resize(statementMark);
+  recover();
+  return true;
 }
 
 void Parser::skipNewlines() {
@@ -281,7 +298,7 @@ void Parser::openScope(bool inheritsParent) { scopes_.push_back({{}, inheritsPar
 void Parser::closeScope() { scopes_.pop_back(); }
 
 void Parser::defineVariable(std::string_view name) {
-  if (!scopes_.empty()) scopes_.back().variables.push_back(name);
+  if (!scopes_.empty()) scopes_.back().variables.insert(name);
 }
 
 void Parser::defineTarget(Expression const* target) {
@@ -293,7 +310,7 @@ void Parser::defineTarget(Expression const* target) {
 
 bool Parser::isVariable(std::string_view name) const {
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
-    if (std::find(scope->variables.begin(), scope->variables.end(), name) != scope->variables.end()) return true;
+    if (scope->variables.contains(name)) return true;
     if (!scope->inheritsParent) break;
   }
   return false;
@@ -342,29 +359,26 @@ void Parser::parseBody(BodyOf owner) {
   while (true) {
     skipNewlines();
     if (endsBody(owner)) return;
-    Token const& next = peek();
+    Token const next = peek();
     std::size_t const statement = mark();
-    try {
-      if (next.kind == TokenKind::Function) {
-        bool const nested = owner == BodyOf::Function;
-        scratch_.push_back(parseFunction(false, nested));
-        if (owner == BodyOf::File) fileStatementsEnd_ = mark();
-        continue;
-      }
-      if (next.kind == TokenKind::Classdef && owner != BodyOf::File) fail(next, "'classdef' must begin the file");
-      if (isBlockCloser(next.kind)) {
-        // A closer that no open block expects.
-        Token const stray = take();
-        report(Severity::Error, stray.line, stray.column,
-               fmt::format("{} without a matching block", describeKind(stray.kind)));
-        continue;
-      }
-      scratch_.push_back(parseStatement());
-      if (owner == BodyOf::File) fileStatementsEnd_ = mark();
-    } catch (SyntaxError const&) {
-      scratch_.resize(statement);
-      recover();
+    if (isBlockCloser(next.kind)) {
+      // A closer that no open block expects.
+      take();
+      report(Severity::Error, next.line, next.column,
+             fmt::format("{} without a matching block", describeKind(next.kind)));
+      continue;
     }
+    Node* node = nullptr;
+    if (next.kind == TokenKind::Function) {
+      node = parseFunction(false, owner == BodyOf::Function);
+    } else if (next.kind == TokenKind::Classdef && owner != BodyOf::File) {
+      fail(next, "'classdef' must begin the file");
+    } else {
+      node = parseStatement();
+    }
+    if (recovered(statement)) continue;
+    scratch_.push_back(node);
+    if (owner == BodyOf::File) fileStatementsEnd_ = mark();
   }
 }
 
@@ -403,6 +417,7 @@ void Parser::endStatement() {
 
 Parser::Node* Parser::parseStatement() {
   Depth depth(*this);
+  if (failed_) return nullptr;
   Token const& token = peek();
   switch (token.kind) {
     case TokenKind::If: return parseIf();
@@ -425,7 +440,7 @@ Parser::Node* Parser::parseStatement() {
       if (keyword.kind == TokenKind::Return) node = builder_.make<ast::ReturnStatement>();
       finish(node, startOf(keyword));
       endStatement();
-      return node;
+      return failed_ ? nullptr : node;
     }
     case TokenKind::Semicolon:
     case TokenKind::Comma: {
@@ -444,7 +459,7 @@ Parser::Node* Parser::parseStatement() {
       node->setSourceRange({startOf(bang), last});
       lastEnd_ = last;
       endStatement();
-      return node;
+      return failed_ ? nullptr : node;
     }
     default: return parseSimpleStatement();
   }
@@ -460,6 +475,7 @@ Parser::Node* Parser::parseSimpleStatement() {
 
   Position const start = startOf(first);
   Expression* expression = parseExpression();
+  if (failed_) return nullptr;
   if (at(TokenKind::Assign)) {
     switch (expression->getKind()) {
       case NodeKind::Identifier:
@@ -467,21 +483,22 @@ Parser::Node* Parser::parseSimpleStatement() {
       case NodeKind::BraceOperation:
       case NodeKind::DotOperation:
       case NodeKind::DotParenOperation: break;
-      default: fail(peek(), "the left side of '=' must be a variable, or an index or field of one");
+      default: fail(peek(), "the left side of '=' must be a variable, or an index or field of one"); return nullptr;
     }
     take();
     Expression* value = parseExpression();
+    if (failed_) return nullptr;
     defineTarget(expression);
     auto* node = finish(builder_.make<ast::Assignment>(expression, value), start);
     endStatement();
-    return node;
+    return failed_ ? nullptr : node;
   }
   bool const shown = !at(TokenKind::Semicolon);
   Node* node = shown ? static_cast<Node*>(builder_.make<ast::PrintStatement>(expression))
                      : static_cast<Node*>(builder_.make<ast::ExpressionStatement>(expression));
   finish(node, start);
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 bool Parser::isCommandSyntax(Token const& name) {
@@ -524,12 +541,13 @@ Parser::Node* Parser::parseCommand(Token const& name) {
   }
   auto* node = finish(builder_.make<ast::CommandInvocation>(function, listFrom<Expression>(args)), startOf(name));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseImport(Token const& keyword) {
   std::size_t const parts = mark();
-  Token part = expect(TokenKind::Identifier, "after 'import'");
+  Token const part = expect(TokenKind::Identifier, "after 'import'");
+  if (failed_) return nullptr;
   scratch_.push_back(identifier(part));
   auto wildcard = [this] {
     Token const star = take();
@@ -549,11 +567,13 @@ Parser::Node* Parser::parseImport(Token const& keyword) {
       wildcard();
       break;
     }
-    scratch_.push_back(identifier(expect(TokenKind::Identifier, "after '.' in an import")));
+    Token const next = expect(TokenKind::Identifier, "after '.' in an import");
+    if (failed_) return nullptr;
+    scratch_.push_back(identifier(next));
   }
   auto* node = finish(builder_.make<ast::ImportCommand>(listFrom<ast::Identifier>(parts)), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 bool Parser::startsMultiAssignment() {
@@ -582,19 +602,25 @@ Parser::Node* Parser::parseMultiAssignment() {
       continue;
     }
     Token const first = peek();
-    if (first.kind != TokenKind::Identifier) unexpected(first, "an output variable");
+    if (first.kind != TokenKind::Identifier) {
+      unexpected(first, "an output variable");
+      return nullptr;
+    }
     Expression* target = parsePostfix(identifier(take()), startOf(first));
+    if (failed_) return nullptr;
     scratch_.push_back(target);
   }
   inMatrix_ = savedMatrix;
   take();
   expect(TokenKind::Assign, "after the outputs");
+  if (failed_) return nullptr;
   Expression* value = parseExpression();
+  if (failed_) return nullptr;
   auto list = listFrom<Expression>(outputs);
   for (Expression const* target : list) defineTarget(target);
   auto* node = finish(builder_.make<ast::MultiLhsAssignment>(list, value), startOf(open));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 lf::astapi::NodeList<ca::ast::Node> Parser::parseBlockBody() {
@@ -625,11 +651,13 @@ void Parser::expectEnd(Token const& opener) {
 Parser::Node* Parser::parseIf() {
   Token const keyword = take();
   Expression* condition = parseExpression();
+  if (failed_) return nullptr;
   auto bodyList = parseBlockBody();
   std::size_t const elseifs = mark();
   while (at(TokenKind::Elseif)) {
     Token const elseif = take();
     Expression* elseifCondition = parseExpression();
+    if (failed_) return nullptr;
     auto list = parseBlockBody();
     scratch_.push_back(finish(builder_.make<ast::ElseifBlock>(elseifCondition, list), startOf(elseif)));
   }
@@ -642,7 +670,7 @@ Parser::Node* Parser::parseIf() {
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::IfStatement>(condition, bodyList, elseifList, elseBlock), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseFor() {
@@ -650,15 +678,24 @@ Parser::Node* Parser::parseFor() {
   bool const parfor = keyword.kind == TokenKind::Parfor;
   bool const parenthesized = accept(TokenKind::LeftParen);
   Token const variableToken = expect(TokenKind::Identifier, "as the loop variable");
+  if (failed_) return nullptr;
   ast::Identifier* variable = identifier(variableToken);
   defineVariable(variableToken.text);
   expect(TokenKind::Assign, "after the loop variable");
+  if (failed_) return nullptr;
   Expression* range = parseExpression();
-  std::size_t const options = mark();
+  if (failed_) return nullptr;
+  Expression* option = nullptr;
   if (parenthesized) {
-    if (parfor && accept(TokenKind::Comma)) scratch_.push_back(parseExpression());
+    if (parfor && accept(TokenKind::Comma)) {
+      option = parseExpression();
+      if (failed_) return nullptr;
+    }
     expect(TokenKind::RightParen, "to close the loop header");
+    if (failed_) return nullptr;
   }
+  std::size_t const options = mark();
+  if (option != nullptr) scratch_.push_back(option);
   auto optionList = listFrom<Expression>(options);
   auto bodyList = parseBlockBody();
   expectEnd(keyword);
@@ -666,27 +703,30 @@ Parser::Node* Parser::parseFor() {
                       : static_cast<Node*>(builder_.make<ast::ForStatement>(variable, range, bodyList));
   finish(node, startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseWhile() {
   Token const keyword = take();
   Expression* condition = parseExpression();
+  if (failed_) return nullptr;
   auto bodyList = parseBlockBody();
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::WhileStatement>(condition, bodyList), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseSwitch() {
   Token const keyword = take();
   Expression* subject = parseExpression();
+  if (failed_) return nullptr;
   while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
   std::size_t const cases = mark();
   while (at(TokenKind::Case)) {
     Token const caseToken = take();
     Expression* value = parseExpression();
+    if (failed_) return nullptr;
     auto list = parseBlockBody();
     scratch_.push_back(finish(builder_.make<ast::CaseSelection>(value, list), startOf(caseToken)));
   }
@@ -699,7 +739,7 @@ Parser::Node* Parser::parseSwitch() {
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::SwitchStatement>(subject, caseList, otherwise), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseTry() {
@@ -721,19 +761,22 @@ Parser::Node* Parser::parseTry() {
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::TryStatement>(bodyList, catchBlock), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseSpmd() {
   Token const keyword = take();
   std::size_t const args = mark();
-  if (at(TokenKind::LeftParen)) parseArguments(TokenKind::RightParen);
+  if (at(TokenKind::LeftParen)) {
+    parseArguments(TokenKind::RightParen);
+    if (failed_) return nullptr;
+  }
   auto argumentList = listFrom<Expression>(args);
   auto bodyList = parseBlockBody();
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::SpmdStatement>(argumentList, bodyList), startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseDeclaration() {
@@ -749,7 +792,7 @@ Parser::Node* Parser::parseDeclaration() {
                                                  : static_cast<Node*>(builder_.make<ast::PersistentStatement>(list));
   finish(node, startOf(keyword));
   endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 // ---------------------------------------------------------------------------
@@ -758,12 +801,16 @@ Parser::Node* Parser::parseDeclaration() {
 ast::Identifier* Parser::parseFunctionName() {
   // A name, or a dotted one for property accessors: get.Prop, set.Prop.
   Token const first = expect(TokenKind::Identifier, "as the function name");
+  if (failed_) return nullptr;
   if (!at(TokenKind::Dot) || peek().spaceBefore) return identifier(first);
   std::uint32_t end = first.endOffset();
   while (at(TokenKind::Dot) && !peek().spaceBefore) {
     take();
     Token const part = peek();
-    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) unexpected(part, "a name after '.'");
+    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) {
+      unexpected(part, "a name after '.'");
+      return nullptr;
+    }
     take();
     end = part.endOffset();
   }
@@ -787,6 +834,7 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
       scratch_.push_back(finish(builder_.make<ast::InputArgument>(identifier(token)), startOf(token)));
     } else {
       unexpected(token, "an input name or '~'");
+      return {};
     }
     if (!accept(TokenKind::Comma)) break;
   }
@@ -796,6 +844,7 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
 
 Parser::Node* Parser::parseFunction(bool method, bool nested) {
   Depth depth(*this);
+  if (failed_) return nullptr;
   Token const keyword = take();
   ScopeGuard scope(*this, nested);
   // Outputs: [a, b] = name, o = name, or none.
@@ -805,11 +854,13 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
     while (!at(TokenKind::RightBracket)) {
       if (accept(TokenKind::Comma)) continue;
       Token const name = expect(TokenKind::Identifier, "as an output name");
+      if (failed_) return nullptr;
       defineVariable(name.text);
       scratch_.push_back(identifier(name));
     }
     take();
     expect(TokenKind::Assign, "after the outputs");
+    if (failed_) return nullptr;
   } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
     Token const name = take();
     defineVariable(name.text);
@@ -818,23 +869,27 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
   }
   auto outputList = listFrom<ast::Identifier>(outputs);
   ast::Identifier* name = parseFunctionName();
+  if (failed_) return nullptr;
   auto inputList = parseParameters();
+  if (failed_) return nullptr;
 
+  // A fault after the header line, or in an arguments block, costs the rest
+  // of its line; the body is read as usual.
   std::size_t const blocks = mark();
-  try {
-    endStatement();
-    skipNewlines();
-    while (startsArgumentsBlock()) {
-      std::size_t const block = mark();
-      try {
-        scratch_.push_back(parseArgumentsBlock());
-      } catch (SyntaxError const&) {
-        scratch_.resize(block);
-        throw;
-      }
-      skipNewlines();
+  endStatement();
+  if (!failed_) skipNewlines();
+  while (!failed_ && startsArgumentsBlock()) {
+    std::size_t const block = mark();
+    ast::ArgumentsBlock* arguments = parseArgumentsBlock();
+    if (failed_) {
+      scratch_.resize(block);
+      break;
     }
-  } catch (SyntaxError const&) {
+    scratch_.push_back(arguments);
+    skipNewlines();
+  }
+  if (failed_) {
+    failed_ = false;
     recover();
   }
   auto blockList = listFrom<ast::ArgumentsBlock>(blocks);
@@ -873,9 +928,14 @@ lf::astapi::NodeList<ast::Attribute> Parser::parseAttributes() {
     skipNewlines();
     Token const first = peek();
     bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
-    ast::Identifier* name = identifier(expect(TokenKind::Identifier, "as an attribute name"));
+    Token const nameToken = expect(TokenKind::Identifier, "as an attribute name");
+    if (failed_) return {};
+    ast::Identifier* name = identifier(nameToken);
     Expression* value = nullptr;
-    if (accept(TokenKind::Assign)) value = parseExpression();
+    if (accept(TokenKind::Assign)) {
+      value = parseExpression();
+      if (failed_) return {};
+    }
     scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
     skipNewlines();
     if (!accept(TokenKind::Comma)) break;
@@ -888,18 +948,16 @@ lf::astapi::NodeList<ast::Attribute> Parser::parseAttributes() {
 ast::ArgumentsBlock* Parser::parseArgumentsBlock() {
   Token const keyword = take();
   auto attributes = parseAttributes();
+  if (failed_) return nullptr;
   std::size_t const entries = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
-    try {
-      scratch_.push_back(parseArgumentEntry());
-      endStatement();
-    } catch (SyntaxError const&) {
-      scratch_.resize(entry);
-      recover();
-    }
+    ast::Argument* argument = parseArgumentEntry();
+    if (!failed_) endStatement();
+    if (recovered(entry)) continue;
+    scratch_.push_back(argument);
   }
   auto list = listFrom<ast::Argument>(entries);
   expectEnd(keyword);
@@ -908,6 +966,7 @@ ast::ArgumentsBlock* Parser::parseArgumentsBlock() {
 
 ast::Argument* Parser::parseArgumentEntry() {
   Token const nameToken = expect(TokenKind::Identifier, "as an argument name");
+  if (failed_) return nullptr;
   auto* name = finish(builder_.make<ast::InputArgument>(identifier(nameToken)), startOf(nameToken));
   ast::Field* fieldPart = nullptr;
   Expression* classPart = nullptr;
@@ -915,15 +974,23 @@ ast::Argument* Parser::parseArgumentEntry() {
     take();
     if (accept(TokenKind::Question)) {
       classPart = parseDottedName();
+      if (failed_) return nullptr;
     } else {
       Token const fieldName = peek();
-      if (fieldName.kind != TokenKind::Identifier && !isKeyword(fieldName.kind)) unexpected(fieldName, "a field name");
+      if (fieldName.kind != TokenKind::Identifier && !isKeyword(fieldName.kind)) {
+        unexpected(fieldName, "a field name");
+        return nullptr;
+      }
       fieldPart = field(take());
     }
   }
   ast::Validation* validation = parseValidation();
+  if (failed_) return nullptr;
   Expression* defaultValue = nullptr;
-  if (accept(TokenKind::Assign)) defaultValue = parseExpression();
+  if (accept(TokenKind::Assign)) {
+    defaultValue = parseExpression();
+    if (failed_) return nullptr;
+  }
   return finish(builder_.make<ast::Argument>(name, fieldPart, classPart, validation, defaultValue), startOf(nameToken));
 }
 
@@ -941,17 +1008,21 @@ ast::Validation* Parser::parseValidation() {
         take();
         scratch_.push_back(finish(builder_.make<ast::AnySize>(), startOf(dimension)));
       } else {
-        scratch_.push_back(parseExpression());
+        Expression* size = parseExpression();
+        if (failed_) return nullptr;
+        scratch_.push_back(size);
       }
       if (!accept(TokenKind::Comma)) break;
     }
     expect(TokenKind::RightParen, "to close the size");
+    if (failed_) return nullptr;
   }
   auto dimensionList = listFrom<Expression>(dimensions);
   Expression* className = nullptr;
   if (at(TokenKind::Identifier)) {
     any = true;
     className = parseDottedName();
+    if (failed_) return nullptr;
   }
   std::size_t const validators = mark();
   if (at(TokenKind::LeftBrace)) {
@@ -961,12 +1032,15 @@ ast::Validation* Parser::parseValidation() {
     inMatrix_ = false;
     while (!at(TokenKind::RightBrace)) {
       skipNewlines();
-      scratch_.push_back(parseExpression());
+      Expression* validator = parseExpression();
+      if (failed_) return nullptr;
+      scratch_.push_back(validator);
       skipNewlines();
       if (!accept(TokenKind::Comma)) break;
     }
     inMatrix_ = savedMatrix;
     expect(TokenKind::RightBrace, "to close the validators");
+    if (failed_) return nullptr;
   }
   auto validatorList = listFrom<Expression>(validators);
   if (!any) return nullptr;
@@ -975,11 +1049,15 @@ ast::Validation* Parser::parseValidation() {
 
 Parser::Expression* Parser::parseDottedName() {
   Token const first = expect(TokenKind::Identifier, "as a name");
+  if (failed_) return nullptr;
   Expression* name = identifier(first);
   while (at(TokenKind::Dot) && !peek().spaceBefore) {
     take();
     Token const part = peek();
-    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) unexpected(part, "a name after '.'");
+    if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) {
+      unexpected(part, "a name after '.'");
+      return nullptr;
+    }
     name = finish(builder_.make<ast::DotOperation>(name, field(take())), startOf(first));
   }
   return name;
@@ -991,31 +1069,34 @@ Parser::Expression* Parser::parseDottedName() {
 Parser::Node* Parser::parseClassdef() {
   Token const keyword = take();
   auto attributes = parseAttributes();
+  if (failed_) return nullptr;
   ast::Identifier* name = parseFunctionName();
+  if (failed_) return nullptr;
   std::size_t const superclasses = mark();
   if (accept(TokenKind::Less)) {
-    scratch_.push_back(parseDottedName());
-    while (accept(TokenKind::Amp)) scratch_.push_back(parseDottedName());
+    do {
+      Expression* superclass = parseDottedName();
+      if (failed_) return nullptr;
+      scratch_.push_back(superclass);
+    } while (accept(TokenKind::Amp));
   }
   auto superclassList = listFrom<Expression>(superclasses);
   endStatement();
+  if (failed_) return nullptr;
   std::size_t const blocks = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
-    try {
-      scratch_.push_back(parseClassBlock());
-    } catch (SyntaxError const&) {
-      scratch_.resize(entry);
-      recover();
-    }
+    Node* block = parseClassBlock();
+    if (recovered(entry)) continue;
+    scratch_.push_back(block);
   }
   auto blockList = listFrom<Node>(blocks);
   expectEnd(keyword);
   auto* node = finish(builder_.make<ast::Classdef>(attributes, name, superclassList, blockList), startOf(keyword));
   if (!at(TokenKind::EndOfFile)) endStatement();
-  return node;
+  return failed_ ? nullptr : node;
 }
 
 Parser::Node* Parser::parseClassBlock() {
@@ -1023,41 +1104,31 @@ Parser::Node* Parser::parseClassBlock() {
   std::string_view const kind = keyword.kind == TokenKind::Identifier ? keyword.text : std::string_view();
   if (kind != "properties" && kind != "methods" && kind != "events" && kind != "enumeration") {
     unexpected(keyword, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+    return nullptr;
   }
   take();
   auto attributes = parseAttributes();
+  if (failed_) return nullptr;
   std::size_t const members = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
-    try {
-      if (kind == "properties") {
-        scratch_.push_back(parseProperty());
-        endStatement();
-      } else if (kind == "methods") {
-        if (at(TokenKind::Function)) {
-          scratch_.push_back(parseFunction(true, false));
-        } else {
-          scratch_.push_back(parseMethodDeclaration());
-          endStatement();
-        }
-      } else if (kind == "events") {
-        Token const name = expect(TokenKind::Identifier, "as an event name");
-        scratch_.push_back(finish(builder_.make<ast::Event>(identifier(name)), startOf(name)));
-        endStatement();
-      } else {
-        Token const name = expect(TokenKind::Identifier, "as an enumeration member");
-        std::size_t const args = mark();
-        if (at(TokenKind::LeftParen)) parseArguments(TokenKind::RightParen);
-        auto list = listFrom<Expression>(args);
-        scratch_.push_back(finish(builder_.make<ast::Enumerator>(identifier(name), list), startOf(name)));
-        endStatement();
-      }
-    } catch (SyntaxError const&) {
-      scratch_.resize(entry);
-      recover();
+    Node* member = nullptr;
+    if (kind == "properties") {
+      member = parseProperty();
+    } else if (kind == "methods") {
+      member = at(TokenKind::Function) ? parseFunction(true, false) : parseMethodDeclaration();
+    } else if (kind == "events") {
+      Token const name = expect(TokenKind::Identifier, "as an event name");
+      if (!failed_) member = finish(builder_.make<ast::Event>(identifier(name)), startOf(name));
+    } else {
+      member = parseEnumerator();
     }
+    // A method definition ends with its 'end'; every other member with its line.
+    if (!failed_ && member->getKind() != NodeKind::MethodDefinition) endStatement();
+    if (recovered(entry)) continue;
+    scratch_.push_back(member);
   }
   Position const first = startOf(keyword);
   Node* node = nullptr;
@@ -1076,10 +1147,27 @@ Parser::Node* Parser::parseClassBlock() {
 
 ast::Property* Parser::parseProperty() {
   Token const name = expect(TokenKind::Identifier, "as a property name");
+  if (failed_) return nullptr;
   ast::Validation* validation = parseValidation();
+  if (failed_) return nullptr;
   Expression* defaultValue = nullptr;
-  if (accept(TokenKind::Assign)) defaultValue = parseExpression();
+  if (accept(TokenKind::Assign)) {
+    defaultValue = parseExpression();
+    if (failed_) return nullptr;
+  }
   return finish(builder_.make<ast::Property>(identifier(name), validation, defaultValue), startOf(name));
+}
+
+ast::Enumerator* Parser::parseEnumerator() {
+  Token const name = expect(TokenKind::Identifier, "as an enumeration member");
+  if (failed_) return nullptr;
+  std::size_t const args = mark();
+  if (at(TokenKind::LeftParen)) {
+    parseArguments(TokenKind::RightParen);
+    if (failed_) return nullptr;
+  }
+  auto list = listFrom<Expression>(args);
+  return finish(builder_.make<ast::Enumerator>(identifier(name), list), startOf(name));
 }
 
 Parser::Node* Parser::parseMethodDeclaration() {
@@ -1089,17 +1177,22 @@ Parser::Node* Parser::parseMethodDeclaration() {
     take();
     while (!at(TokenKind::RightBracket)) {
       if (accept(TokenKind::Comma)) continue;
-      scratch_.push_back(identifier(expect(TokenKind::Identifier, "as an output name")));
+      Token const output = expect(TokenKind::Identifier, "as an output name");
+      if (failed_) return nullptr;
+      scratch_.push_back(identifier(output));
     }
     take();
     expect(TokenKind::Assign, "after the outputs");
+    if (failed_) return nullptr;
   } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
     scratch_.push_back(identifier(take()));
     take();
   }
   auto outputList = listFrom<ast::Identifier>(outputs);
   ast::Identifier* name = parseFunctionName();
+  if (failed_) return nullptr;
   auto inputList = parseParameters();
+  if (failed_) return nullptr;
   return finish(builder_.make<ast::MethodDeclaration>(name, inputList, outputList), startOf(first));
 }
 
@@ -1108,6 +1201,7 @@ Parser::Node* Parser::parseMethodDeclaration() {
 
 Parser::Expression* Parser::parseExpression() {
   Depth depth(*this);
+  if (failed_) return nullptr;
   return parseBinary(1);
 }
 
@@ -1122,6 +1216,7 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
   // Precedence climbing: operators of a level at least minLevel bind here,
   // left to right; the right operand takes only tighter ones.
   Expression* left = parseUnary();
+  if (failed_) return nullptr;
   while (true) {
     Token const& token = peek();
     BinaryToken const binary = binaryTokenOf(token.kind);
@@ -1130,10 +1225,12 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
       // first:last or first:step:last
       take();
       Expression* second = parseBinary(7);
+      if (failed_) return nullptr;
       Expression* third = nullptr;
       if (at(TokenKind::Colon)) {
         take();
         third = parseBinary(7);
+        if (failed_) return nullptr;
       }
       Position const first = firstOf(left);
       left = third != nullptr ? builder_.make<ast::ColonVector>(left, second, third)
@@ -1144,6 +1241,7 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
     if (splitsMatrixElement(token)) return left;
     take();
     Expression* right = parseBinary(binary.level + 1);
+    if (failed_) return nullptr;
     left = finish(builder_.make<ast::BinaryOperation>(binary.op, left, right), firstOf(left));
   }
 }
@@ -1152,8 +1250,10 @@ Parser::Expression* Parser::parseUnary() {
   Token const token = peek();
   if (std::optional<UnaryOperator> const op = prefixOperator(token.kind)) {
     Depth depth(*this);
+    if (failed_) return nullptr;
     take();
     Expression* operand = parseUnary();
+    if (failed_) return nullptr;
     return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
   }
   return parsePower();
@@ -1161,11 +1261,15 @@ Parser::Expression* Parser::parseUnary() {
 
 Parser::Expression* Parser::parsePower() {
   Token const first = peek();
-  Expression* left = parsePostfix(parsePrimary(), startOf(first));
+  Expression* primary = parsePrimary();
+  if (failed_) return nullptr;
+  Expression* left = parsePostfix(primary, startOf(first));
+  if (failed_) return nullptr;
   while (at(TokenKind::Caret) || at(TokenKind::DotCaret)) {
     BinaryOperator const op =
         take().kind == TokenKind::Caret ? BinaryOperator::MatrixPower : BinaryOperator::ElementPower;
     Expression* right = parsePowerOperand();
+    if (failed_) return nullptr;
     left = finish(builder_.make<ast::BinaryOperation>(op, left, right), firstOf(left));
   }
   return left;
@@ -1176,11 +1280,15 @@ Parser::Expression* Parser::parsePowerOperand() {
   Token const token = peek();
   if (std::optional<UnaryOperator> const op = prefixOperator(token.kind)) {
     Depth depth(*this);
+    if (failed_) return nullptr;
     take();
     Expression* operand = parsePowerOperand();
+    if (failed_) return nullptr;
     return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
   }
-  return parsePostfix(parsePrimary(), startOf(token));
+  Expression* primary = parsePrimary();
+  if (failed_) return nullptr;
+  return parsePostfix(primary, startOf(token));
 }
 
 Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
@@ -1198,6 +1306,7 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         bool const paren = token.kind == TokenKind::LeftParen;
         std::size_t const args = mark();
         parseArguments(paren ? TokenKind::RightParen : TokenKind::RightBrace);
+        if (failed_) return nullptr;
         auto list = listFrom<Expression>(args);
         result = paren ? static_cast<Expression*>(builder_.make<ast::ParenOperation>(result, list))
                        : static_cast<Expression*>(builder_.make<ast::BraceOperation>(result, list));
@@ -1211,12 +1320,17 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
           bool const savedMatrix = inMatrix_;
           inMatrix_ = false;
           Expression* name = parseExpression();
+          if (failed_) return nullptr;
           inMatrix_ = savedMatrix;
           expect(TokenKind::RightParen, "to close the dynamic field");
+          if (failed_) return nullptr;
           result = finish(builder_.make<ast::DotParenOperation>(result, name), first);
         } else {
           Token const name = peek();
-          if (name.kind != TokenKind::Identifier && !isKeyword(name.kind)) unexpected(name, "a field name after '.'");
+          if (name.kind != TokenKind::Identifier && !isKeyword(name.kind)) {
+            unexpected(name, "a field name after '.'");
+            return nullptr;
+          }
           result = finish(builder_.make<ast::DotOperation>(result, field(take())), first);
         }
         break;
@@ -1233,6 +1347,7 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         if (token.spaceBefore || result->getKind() != NodeKind::Identifier) return result;
         take();
         Expression* superclass = parseDottedName();
+        if (failed_) return nullptr;
         result = finish(builder_.make<ast::BinaryOperation>(BinaryOperator::SuperclassCall, result, superclass), first);
         break;
       }
@@ -1259,9 +1374,12 @@ void Parser::parseArguments(TokenKind close) {
       ast::Field* name = field(token);
       take();
       Expression* value = parseExpression();
+      if (failed_) return;
       scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
     } else {
-      scratch_.push_back(parseExpression());
+      Expression* argument = parseExpression();
+      if (failed_) return;
+      scratch_.push_back(argument);
     }
     if (!accept(TokenKind::Comma)) break;
   }
@@ -1270,12 +1388,14 @@ void Parser::parseArguments(TokenKind close) {
   if (!at(close)) {
     unexpected(peek(), fmt::format("{} or ',' in the argument list that starts at line {}, column {}",
                                    describeKind(close), open.line, open.column));
+    return;
   }
   take();
 }
 
 Parser::Expression* Parser::parseMatrix(bool cell) {
   Depth depth(*this);
+  if (failed_) return nullptr;
   Token const open = take();
   TokenKind const close = cell ? TokenKind::RightBrace : TokenKind::RightBracket;
   bool const savedMatrix = inMatrix_;
@@ -1304,9 +1424,12 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
     if (!startsExpression(token.kind)) {
       unexpected(token, fmt::format("{} to close the {} that starts at line {}, column {}", describeKind(close),
                                     cell ? "cell array" : "matrix", open.line, open.column));
+      return nullptr;
     }
     if (mark() == elements) rowStart = startOf(token);
-    scratch_.push_back(parseExpression());
+    Expression* element = parseExpression();
+    if (failed_) return nullptr;
+    scratch_.push_back(element);
   }
   endRow();
   inMatrix_ = savedMatrix;
@@ -1320,11 +1443,13 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
 Parser::Expression* Parser::parseAnonymousFunction(Position first) {
   ScopeGuard scope(*this, true);
   auto inputs = parseParameters();
+  if (failed_) return nullptr;
   bool const savedMatrix = inMatrix_;
   int const savedIndex = indexDepth_;
   inMatrix_ = false;
   indexDepth_ = 0;
   Expression* body = parseExpression();
+  if (failed_) return nullptr;
   inMatrix_ = savedMatrix;
   indexDepth_ = savedIndex;
   return finish(builder_.make<ast::AnonymousFunction>(inputs, body), first);
@@ -1339,12 +1464,18 @@ Parser::Expression* Parser::parsePrimary() {
     case TokenKind::String: return literal(take());
     case TokenKind::LeftParen: {
       Depth depth(*this);
+      if (failed_) return nullptr;
       take();
       bool const savedMatrix = inMatrix_;
       inMatrix_ = false;
       Expression* inner = parseExpression();
+      if (failed_) return nullptr;
       inMatrix_ = savedMatrix;
-      expect(TokenKind::RightParen, fmt::format("to close the '(' at line {}, column {}", token.line, token.column));
+      if (!at(TokenKind::RightParen)) {
+        unexpected(peek(), fmt::format("')' to close the '(' at line {}, column {}", token.line, token.column));
+        return nullptr;
+      }
+      take();
       return finish(builder_.make<ast::ParenthesizedExpression>(inner), startOf(token));
     }
     case TokenKind::LeftBracket: return parseMatrix(false);
@@ -1352,14 +1483,22 @@ Parser::Expression* Parser::parsePrimary() {
     case TokenKind::At: {
       take();
       if (at(TokenKind::LeftParen)) return parseAnonymousFunction(startOf(token));
-      if (!at(TokenKind::Identifier)) unexpected(peek(), "a function name or '(' after '@'");
+      if (!at(TokenKind::Identifier)) {
+        unexpected(peek(), "a function name or '(' after '@'");
+        return nullptr;
+      }
       Expression* name = parseDottedName();
+      if (failed_) return nullptr;
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::FunctionHandle, name), startOf(token));
     }
     case TokenKind::Question: {
       take();
-      if (!at(TokenKind::Identifier)) unexpected(peek(), "a class name after '?'");
+      if (!at(TokenKind::Identifier)) {
+        unexpected(peek(), "a class name after '?'");
+        return nullptr;
+      }
       Expression* name = parseDottedName();
+      if (failed_) return nullptr;
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
     }
     case TokenKind::End:
@@ -1377,6 +1516,7 @@ Parser::Expression* Parser::parsePrimary() {
     default: break;
   }
   unexpected(token, "an expression");
+  return nullptr;
 }
 
 Parser::Expression* Parser::literal(Token const& token) {
@@ -1404,12 +1544,18 @@ Parser::Expression* Parser::number(Token const& token) {
     std::uint64_t raw = 0;
     auto const [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), raw, base);
     (void)end;
-    if (status == std::errc::result_out_of_range) fail(token, "number does not fit in 64 bits");
+    if (status == std::errc::result_out_of_range) {
+      fail(token, "number does not fit in 64 bits");
+      return nullptr;
+    }
     int const bits = suffix.empty() ? 0 : std::stoi(std::string(suffix.substr(1)));
     bool const isSigned = !suffix.empty() && suffix[0] == 's';
     // Without a suffix the literal takes the smallest unsigned type that holds it.
     int const width = bits != 0 ? bits : raw <= 0xFF ? 8 : raw <= 0xFFFF ? 16 : raw <= 0xFFFFFFFF ? 32 : 64;
-    if (width < 64 && raw >> width != 0) fail(token, fmt::format("number does not fit in {} bits", width));
+    if (width < 64 && raw >> width != 0) {
+      fail(token, fmt::format("number does not fit in {} bits", width));
+      return nullptr;
+    }
     // A signed literal is the two's complement of its bits.
     switch (width) {
       case 8:

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "frontend/diagnostic.hpp"
@@ -17,6 +18,12 @@ namespace frontend {
 enum class FunctionStyle : std::uint8_t { Terminated, Open };
 
 /// A recursive-descent parser for one file, building the tree bottom up.
+///
+/// A syntax error marks the parser failed: every function returns at once
+/// (with null), up to the statement or member being parsed, which skips the
+/// rest of its line and clears the mark. Errors are plain returns rather than
+/// exceptions because files with many errors are common input, and unwinding
+/// cost several microseconds per error.
 ///
 /// Invariants: every node it makes has its source range; each call that
 /// consumes a token makes progress, so that recovery after an error always
@@ -36,8 +43,7 @@ class Parser {
   using Expression = ca::ast::Expression;
   using Position = lf::astapi::SourcePosition;
 
-  struct SyntaxError {};    // unwinds to the statement being parsed
-  struct TooManyErrors {};  // unwinds to the file
+  struct TooManyErrors {};  // unwinds to the file, once
 
   // Which construct a body belongs to, for the tokens that end it.
   enum class BodyOf : std::uint8_t { File, Function, Block };
@@ -57,8 +63,13 @@ class Parser {
   bool at(TokenKind kind) { return peek().kind == kind; }
   bool accept(TokenKind kind);
   Token expect(TokenKind kind, std::string_view context);
-  [[noreturn]] void fail(Token const& token, std::string const& message);
-  [[noreturn]] void unexpected(Token const& token, std::string_view expected);
+  /// Reports a syntax error and marks the parser failed.
+  void fail(Token const& token, std::string message);
+  void unexpected(Token const& token, std::string_view expected);
+  /// After a statement or member that started at `statementMark` on the
+  /// scratch stack: when it failed, drops what it left there, skips the rest
+  /// of its line, clears the mark and says true.
+  bool recovered(std::size_t statementMark);
   void report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message);
   std::string describe(Token const& token) const;
   void skipNewlines();
@@ -120,6 +131,7 @@ class Parser {
   Node* parseClassdef();
   Node* parseClassBlock();
   ca::ast::Property* parseProperty();
+  ca::ast::Enumerator* parseEnumerator();
   Node* parseMethodDeclaration();
   Expression* parseDottedName();
 
@@ -150,16 +162,22 @@ class Parser {
   void defineTarget(Expression const* target);
   bool isVariable(std::string_view name) const;
 
+  // One level of nesting, for as long as it lives; when the limit is
+  // reached it reports so and leaves the parser failed.
   struct Depth {
     explicit Depth(Parser& parser);
-    ~Depth() { --parser_.depth_; }
+    ~Depth() {
+      if (entered_) --parser_.depth_;
+    }
     Parser& parser_;
+    bool entered_;
   };
 
-  // The names assigned so far in a function or script, in order; searched
-  // only when a statement might be command syntax.
+  // The names assigned so far in a function or script; asked only when a
+  // statement might be command syntax, which a script of many commands and
+  // many variables does at every other line.
   struct Scope {
-    std::vector<std::string_view> variables;
+    std::unordered_set<std::string_view> variables;
     bool inheritsParent;
   };
 
@@ -176,6 +194,8 @@ class Parser {
   Position lastEnd_{};
   std::vector<Diagnostic> diagnostics_;
   std::size_t errorCount_ = 0;
+  // A syntax error was reported in the statement being parsed.
+  bool failed_ = false;
   std::vector<Node const*> scratch_;
   // Where the statements of the file end on the scratch stack.
   std::size_t fileStatementsEnd_ = 0;
