@@ -55,7 +55,10 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
           if (word == "function") {
             ++functions;
           } else if (word == "end") {
-            ++ends;
+            // `function e = end(obj, k, n)` names a method, it closes nothing.
+            std::size_t next = i;
+            while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
+            if (next == text.size() || text[next] != '(') ++ends;
           } else if (std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords) ||
                      (firstWord &&
                       std::find(std::begin(contextual), std::end(contextual), word) != std::end(contextual))) {

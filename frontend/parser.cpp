@@ -102,6 +102,14 @@ bool startsExpression(TokenKind kind) {
   }
 }
 
+// A name, or a chain of fields on one: `obj`, `obj.method`, `pkg.sub.f`.
+bool isDottedName(ast::Expression const* expression) {
+  while (expression->getKind() == NodeKind::DotOperation) {
+    expression = static_cast<ast::DotOperation const*>(expression)->getLeft();
+  }
+  return expression->getKind() == NodeKind::Identifier;
+}
+
 std::u16string widen(std::string_view utf8) {
   for (char c : utf8) {
     if (static_cast<unsigned char>(c) >= 0x80) return fl::i18n::to_ustring(std::string(utf8));
@@ -799,7 +807,9 @@ Parser::Node* Parser::parseDeclaration() {
 // Functions
 
 ast::Identifier* Parser::parseFunctionName() {
-  // A name, or a dotted one for property accessors: get.Prop, set.Prop.
+  // A name, or a dotted one for property accessors: get.Prop, set.Prop. A
+  // method named `end` overloads `end` in the indices of its class's objects.
+  if (at(TokenKind::End)) return identifier(take());
   Token const first = expect(TokenKind::Identifier, "as the function name");
   if (failed_) return nullptr;
   if (!at(TokenKind::Dot) || peek().spaceBefore) return identifier(first);
@@ -1112,7 +1122,10 @@ Parser::Node* Parser::parseClassBlock() {
   std::size_t const members = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
-    if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
+    // `end(obj, k, n)` declares a method named end; a plain `end` closes the block.
+    bool const endMethod = kind == "methods" && at(TokenKind::End) && peek(1).kind == TokenKind::LeftParen &&
+                           !peek(1).spaceBefore;
+    if ((at(TokenKind::End) && !endMethod) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
     Node* member = nullptr;
     if (kind == "properties") {
@@ -1295,9 +1308,9 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
   Expression* result = base;
   while (true) {
     Token const& token = peek();
-    // In a matrix, a blank before ( or { starts a new element: [f (1)].
-    if (inMatrix_ && token.spaceBefore &&
-        (token.kind == TokenKind::LeftParen || token.kind == TokenKind::LeftBrace || token.kind == TokenKind::Dot)) {
+    // In a matrix, a blank before ( or { starts a new element: [f (1)]. A
+    // dot cannot start an element, so `[h(n) .Label]` is one.
+    if (inMatrix_ && token.spaceBefore && (token.kind == TokenKind::LeftParen || token.kind == TokenKind::LeftBrace)) {
       return result;
     }
     switch (token.kind) {
@@ -1343,8 +1356,9 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         break;
       }
       case TokenKind::At: {
-        // name@pkg.Super: a call of a superclass method or constructor.
-        if (token.spaceBefore || result->getKind() != NodeKind::Identifier) return result;
+        // name@pkg.Super: a call of a superclass method or constructor;
+        // obj.name@pkg.Super calls the method through the object.
+        if (token.spaceBefore || !isDottedName(result)) return result;
         take();
         Expression* superclass = parseDottedName();
         if (failed_) return nullptr;
