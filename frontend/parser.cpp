@@ -384,7 +384,7 @@ void Parser::parseBody(BodyOf owner) {
     } else {
       node = parseStatement();
     }
-    if (recovered(statement)) continue;
+    if (recovered(statement) || node == nullptr) continue;  // null: read, but left out after a fault
     scratch_.push_back(node);
     if (owner == BodyOf::File) fileStatementsEnd_ = mark();
   }
@@ -852,11 +852,7 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
   return listFrom<ast::InputArgument>(inputs);
 }
 
-Parser::Node* Parser::parseFunction(bool method, bool nested) {
-  Depth depth(*this);
-  if (failed_) return nullptr;
-  Token const keyword = take();
-  ScopeGuard scope(*this, nested);
+bool Parser::parseFunctionHeader(FunctionHeader& header) {
   // Outputs: [a, b] = name, o = name, or none.
   std::size_t const outputs = mark();
   if (at(TokenKind::LeftBracket)) {
@@ -864,30 +860,46 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
     while (!at(TokenKind::RightBracket)) {
       if (accept(TokenKind::Comma)) continue;
       Token const name = expect(TokenKind::Identifier, "as an output name");
-      if (failed_) return nullptr;
+      if (failed_) return false;
       defineVariable(name.text);
       scratch_.push_back(identifier(name));
     }
     take();
     expect(TokenKind::Assign, "after the outputs");
-    if (failed_) return nullptr;
+    if (failed_) return false;
   } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
     Token const name = take();
     defineVariable(name.text);
     scratch_.push_back(identifier(name));
     take();
   }
-  auto outputList = listFrom<ast::Identifier>(outputs);
-  ast::Identifier* name = parseFunctionName();
-  if (failed_) return nullptr;
-  auto inputList = parseParameters();
-  if (failed_) return nullptr;
+  header.outputs = listFrom<ast::Identifier>(outputs);
+  header.name = parseFunctionName();
+  if (failed_) return false;
+  header.inputs = parseParameters();
+  return !failed_;
+}
 
-  // A fault after the header line, or in an arguments block, costs the rest
-  // of its line; the body is read as usual.
+Parser::Node* Parser::parseFunction(bool method, bool nested) {
+  Depth depth(*this);
+  if (failed_) return nullptr;
+  Token const keyword = take();
+  ScopeGuard scope(*this, nested);
+  // A fault in the header costs the rest of its line, and the function is
+  // read to its end and left out of the tree: reading its body as statements
+  // of the block around it would report every line of it. A fault after the
+  // header, or in an arguments block, costs the rest of its line only.
+  std::size_t const start = mark();
+  FunctionHeader header;
+  bool const headerRead = parseFunctionHeader(header);
+  if (headerRead) endStatement();
+  if (failed_) {
+    failed_ = false;
+    scratch_.resize(start);
+    recover();
+  }
   std::size_t const blocks = mark();
-  endStatement();
-  if (!failed_) skipNewlines();
+  skipNewlines();
   while (!failed_ && startsArgumentsBlock()) {
     std::size_t const block = mark();
     ast::ArgumentsBlock* arguments = parseArgumentsBlock();
@@ -911,11 +923,14 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
   if (style_ == FunctionStyle::Terminated) expectEnd(keyword);
   style_ = fileStyle;
 
-  Node* node =
-      method
-          ? static_cast<Node*>(builder_.make<ast::MethodDefinition>(name, inputList, outputList, blockList, bodyList))
-          : static_cast<Node*>(builder_.make<ast::Function>(name, inputList, outputList, blockList, bodyList));
-  finish(node, startOf(keyword));
+  Node* node = nullptr;
+  if (headerRead) {
+    node = method ? static_cast<Node*>(builder_.make<ast::MethodDefinition>(header.name, header.inputs, header.outputs,
+                                                                            blockList, bodyList))
+                  : static_cast<Node*>(
+                        builder_.make<ast::Function>(header.name, header.inputs, header.outputs, blockList, bodyList));
+    finish(node, startOf(keyword));
+  }
   if (at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
   return node;
 }
@@ -1078,47 +1093,150 @@ Parser::Expression* Parser::parseDottedName() {
 
 Parser::Node* Parser::parseClassdef() {
   Token const keyword = take();
+  // A fault in the header costs the rest of its line; the blocks are read as
+  // usual, and the class is left out of the tree.
+  std::size_t const header = mark();
   auto attributes = parseAttributes();
-  if (failed_) return nullptr;
-  ast::Identifier* name = parseFunctionName();
-  if (failed_) return nullptr;
-  std::size_t const superclasses = mark();
-  if (accept(TokenKind::Less)) {
-    do {
-      Expression* superclass = parseDottedName();
-      if (failed_) return nullptr;
-      scratch_.push_back(superclass);
-    } while (accept(TokenKind::Amp));
+  ast::Identifier* name = failed_ ? nullptr : parseFunctionName();
+  lf::astapi::NodeList<Expression> superclassList;
+  if (!failed_) {
+    std::size_t const superclasses = mark();
+    if (accept(TokenKind::Less)) {
+      do {
+        Expression* superclass = parseDottedName();
+        if (failed_) break;
+        scratch_.push_back(superclass);
+      } while (accept(TokenKind::Amp));
+    }
+    if (!failed_) superclassList = listFrom<Expression>(superclasses);
   }
-  auto superclassList = listFrom<Expression>(superclasses);
-  endStatement();
-  if (failed_) return nullptr;
+  if (!failed_) endStatement();
+  bool const headerRead = !failed_;
+  if (!headerRead) {
+    failed_ = false;
+    scratch_.resize(header);
+    recover();
+  }
   std::size_t const blocks = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     if (at(TokenKind::End) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
-    Node* block = parseClassBlock();
-    if (recovered(entry)) continue;
+    Node* block = isClassBlockHead(peek()) ? parseClassBlock() : skipStrayClassMember();
+    if (recovered(entry) || block == nullptr) continue;
     scratch_.push_back(block);
   }
   auto blockList = listFrom<Node>(blocks);
   expectEnd(keyword);
-  auto* node = finish(builder_.make<ast::Classdef>(attributes, name, superclassList, blockList), startOf(keyword));
+  Node* node = nullptr;
+  if (headerRead) {
+    node = finish(builder_.make<ast::Classdef>(attributes, name, superclassList, blockList), startOf(keyword));
+  }
   if (!at(TokenKind::EndOfFile)) endStatement();
   return failed_ ? nullptr : node;
 }
 
-Parser::Node* Parser::parseClassBlock() {
-  Token const keyword = peek();
-  std::string_view const kind = keyword.kind == TokenKind::Identifier ? keyword.text : std::string_view();
-  if (kind != "properties" && kind != "methods" && kind != "events" && kind != "enumeration") {
-    unexpected(keyword, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+bool Parser::isClassBlockHead(Token const& token) {
+  if (token.kind != TokenKind::Identifier) return false;
+  std::string_view const word = token.text;
+  return word == "properties" || word == "methods" || word == "events" || word == "enumeration";
+}
+
+Parser::Node* Parser::skipStrayClassMember() {
+  // A class body holds only blocks. A method outside them, or a block with a
+  // misspelt head, is skipped whole with what it holds, so that one fault
+  // gives one error and what follows is read as blocks again.
+  Token const stray = peek();
+  unexpected(stray, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+  failed_ = false;
+  if (stray.kind == TokenKind::Function) {
+    parseFunction(true, false);  // read to its end, and left out
     return nullptr;
   }
-  take();
+  TokenKind const next = peek(1).kind;
+  bool const blockHead = stray.kind == TokenKind::Identifier &&
+                         (next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::EndOfFile ||
+                          next == TokenKind::Semicolon || next == TokenKind::Comma);
+  recover();
+  if (blockHead) {
+    skipToEndOfBlock(false);
+    accept(TokenKind::End);
+  }
+  return nullptr;
+}
+
+void Parser::skipToEndOfBlock(bool atFunction) {
+  // Statement by statement: blocks that open on the way are skipped with
+  // their own 'end'; brackets are followed so that an 'end' inside an index
+  // is not taken for a closer.
+  int blocks = 0;
+  int brackets = 0;
+  bool statementStart = true;
+  while (true) {
+    Token const& token = peek();
+    TokenKind const kind = token.kind;
+    if (kind == TokenKind::EndOfFile) break;
+    if (brackets == 0 && blocks == 0 && (kind == TokenKind::End || (atFunction && kind == TokenKind::Function))) break;
+    bool nextStartsStatement = false;
+    switch (kind) {
+      case TokenKind::LeftParen:
+      case TokenKind::LeftBracket:
+      case TokenKind::LeftBrace: ++brackets; break;
+      case TokenKind::RightParen:
+      case TokenKind::RightBracket:
+      case TokenKind::RightBrace:
+        if (brackets > 0) --brackets;
+        break;
+      case TokenKind::Newline:
+        brackets = 0;
+        nextStartsStatement = true;
+        break;
+      case TokenKind::Semicolon:
+      case TokenKind::Comma: nextStartsStatement = brackets == 0; break;
+      case TokenKind::If:
+      case TokenKind::For:
+      case TokenKind::Parfor:
+      case TokenKind::While:
+      case TokenKind::Switch:
+      case TokenKind::Try:
+      case TokenKind::Spmd:
+      case TokenKind::Function:
+      case TokenKind::Classdef:
+        if (brackets == 0) ++blocks;
+        break;
+      case TokenKind::End:
+        if (brackets == 0) --blocks;
+        break;
+      case TokenKind::Identifier:
+        // The words that head blocks in classes and functions, alone on
+        // their line or before their attributes.
+        if (statementStart && brackets == 0 &&
+            (isClassBlockHead(token) || token.text == "arguments")) {
+          TokenKind const next = peek(1).kind;
+          if (next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::EndOfFile) ++blocks;
+        }
+        break;
+      default: break;
+    }
+    statementStart = nextStartsStatement;
+    take();
+  }
+  lexer_.forgetBrackets();
+}
+
+Parser::Node* Parser::parseClassBlock() {
+  Token const keyword = take();
+  std::string_view const kind = keyword.text;
+  // A fault in the attributes costs the rest of the line; the members are
+  // read as usual.
+  std::size_t const head = mark();
   auto attributes = parseAttributes();
-  if (failed_) return nullptr;
+  if (failed_) {
+    failed_ = false;
+    scratch_.resize(head);
+    attributes = {};
+    recover();
+  }
   std::size_t const members = mark();
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
@@ -1128,19 +1246,31 @@ Parser::Node* Parser::parseClassBlock() {
     if ((at(TokenKind::End) && !endMethod) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
     Node* member = nullptr;
+    bool const definition = kind == "methods" && at(TokenKind::Function);
     if (kind == "properties") {
       member = parseProperty();
+    } else if (definition) {
+      member = parseFunction(true, false);  // ends with its 'end'
     } else if (kind == "methods") {
-      member = at(TokenKind::Function) ? parseFunction(true, false) : parseMethodDeclaration();
+      member = parseMethodDeclaration();
     } else if (kind == "events") {
       Token const name = expect(TokenKind::Identifier, "as an event name");
       if (!failed_) member = finish(builder_.make<ast::Event>(identifier(name)), startOf(name));
     } else {
       member = parseEnumerator();
     }
-    // A method definition ends with its 'end'; every other member with its line.
-    if (!failed_ && member->getKind() != NodeKind::MethodDefinition) endStatement();
-    if (recovered(entry)) continue;
+    if (!failed_ && !definition) endStatement();
+    if (failed_ && kind == "methods") {
+      // A line of a methods block that is no method: most likely the body of
+      // a method whose function line is missing. Skip to the next method or
+      // to the end of the block, rather than report each line of that body.
+      failed_ = false;
+      scratch_.resize(entry);
+      recover();
+      skipToEndOfBlock(true);
+      continue;
+    }
+    if (recovered(entry) || member == nullptr) continue;
     scratch_.push_back(member);
   }
   Position const first = startOf(keyword);

@@ -120,6 +120,16 @@ class Parser {
   void expectEnd(Token const& opener);
 
   // Functions and classes.
+  struct FunctionHeader {
+    lf::astapi::NodeList<ca::ast::Identifier> outputs;
+    ca::ast::Identifier* name = nullptr;
+    lf::astapi::NodeList<ca::ast::InputArgument> inputs;
+  };
+  /// Reads `function`'s line after the keyword, up to its end; false when it
+  /// failed.
+  bool parseFunctionHeader(FunctionHeader& header);
+  /// A function or method, to its end. Null when it failed, or when its
+  /// header failed: then the function was read whole and left out.
   Node* parseFunction(bool method, bool nested);
   ca::ast::Identifier* parseFunctionName();
   lf::astapi::NodeList<ca::ast::InputArgument> parseParameters();
@@ -129,7 +139,14 @@ class Parser {
   ca::ast::Validation* parseValidation();
   lf::astapi::NodeList<ca::ast::Attribute> parseAttributes();
   Node* parseClassdef();
+  static bool isClassBlockHead(Token const& token);
+  /// A block of a class body, its head known good.
   Node* parseClassBlock();
+  Node* skipStrayClassMember();
+  /// Skips statements up to the 'end' that closes the block being skipped
+  /// (left for the caller), or up to a 'function' of that block when
+  /// `atFunction`.
+  void skipToEndOfBlock(bool atFunction);
   ca::ast::Property* parseProperty();
   ca::ast::Enumerator* parseEnumerator();
   Node* parseMethodDeclaration();

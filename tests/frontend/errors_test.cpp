@@ -62,6 +62,70 @@ TEST(SyntaxErrors, ParsingGoesOnAtTheNextStatementAndKeepsWhatItCould) {
             "(Assignment (Identifier e) (NumberLiteral 5)))");
 }
 
+// One fault in a class body, or in a function's header, gives one error: the
+// parser resynchronises at the next method or at the end of the block, not
+// at the next line, which would report each line of a body in turn.
+TEST(SyntaxErrors, OneFaultInAClassBodyGivesOneError) {
+  std::string const body =
+      "            r = obj.x + 1;\n"
+      "            if r > 0\n"
+      "                r = [r(end) 0];\n"
+      "            end\n";
+  std::string const other =
+      "        function s = other(obj)\n"
+      "            s = 2;\n"
+      "        end\n";
+  struct Case {
+    std::string name, source, error, kept;
+  };
+  std::vector<Case> const cases = {
+      {"a method header with a bad input",
+       "classdef A\n    methods\n        function r = run(obj, 1)\n" + body + "        end\n" + other + "    end\nend\n",
+       "3:31: expected an input name or '~' but found number 1", "(Identifier other)"},
+      {"a method body without its function line",
+       "classdef A\n    methods\n" + body + other + "    end\nend\n",
+       "3:23: expected ';', ',' or the end of the line after the statement but found '+'", "(Identifier other)"},
+      {"a bad declaration before a definition",
+       "classdef A\n    methods (Abstract)\n        r = run(obj 1)\n    end\n    methods\n" + other + "    end\nend\n",
+       "3:21: expected ')' to close the inputs but found number 1", "(Identifier other)"},
+      {"a misspelt block head",
+       "classdef A\n    method\n        function r = run(obj)\n" + body + "        end\n    end\n    methods\n" + other +
+           "    end\nend\n",
+       "2:5: expected 'properties', 'methods', 'events', 'enumeration' or 'end' in the class but found identifier "
+       "'method'",
+       "(Identifier other)"},
+      {"a method outside any methods block",
+       "classdef A\n    function r = run(obj)\n" + body + "    end\n    methods\n" + other + "    end\nend\n",
+       "2:5: expected 'properties', 'methods', 'events', 'enumeration' or 'end' in the class but found 'function'",
+       "(Identifier other)"},
+      {"a bad classdef line",
+       "classdef A <\n    methods\n" + other + "    end\nend\n",
+       "1:13: expected identifier as a name but found end of line", ""},
+      {"bad block attributes",
+       "classdef A\n    methods (Access = )\n" + other + "    end\nend\n",
+       "2:23: expected an expression but found ')'", "(Identifier other)"},
+      {"a bad property line",
+       "classdef A\n    properties\n        P1 = (1\n        P2 = 2\n    end\nend\n",
+       "3:16: expected ')' to close the '(' at line 3, column 14 but found end of line", "(Identifier P2)"},
+      {"a function header with a bad input",
+       "function r = run(obj, 1)\n" + body + "end\nfunction s = other(obj)\n    s = 2;\nend\n",
+       "1:23: expected an input name or '~' but found number 1", "(Identifier other)"},
+      {"a function header without end",
+       "function r = run(obj, 1)\n" + body + "function s = other(obj)\n    s = 2;\n",
+       "1:23: expected an input name or '~' but found number 1", "(Identifier other)"},
+  };
+  for (Case const& c : cases) {
+    SCOPED_TRACE(c.name + "\n" + c.source);
+    EXPECT_EQ(report(c.source), std::vector<std::string>{c.error});
+    std::string const tree = dump(c.source);
+    // The member after the fault is read; the one holding it is left out.
+    if (!c.kept.empty()) {
+      EXPECT_NE(tree.find(c.kept), std::string::npos) << tree;
+    }
+    EXPECT_EQ(tree.find("(Identifier run)"), std::string::npos) << tree;
+  }
+}
+
 TEST(SyntaxErrors, StopAfterTheLimitWithASummary) {
   std::string source;
   for (int i = 0; i < 150; ++i) source += "x = );\n";
