@@ -288,6 +288,7 @@ ca::astapi::TextView Parser::text(std::string_view utf8) {
 }
 
 ast::Identifier* Parser::identifier(Token const& token) {
+  height_ = 1;
   auto* node = builder_.make<ast::Identifier>(intern(token.text));
   node->setSourceRange({startOf(token), lastOf(token)});
   return node;
@@ -663,6 +664,8 @@ Parser::Node* Parser::parseIf() {
   auto bodyList = parseBlockBody();
   std::size_t const elseifs = mark();
   while (at(TokenKind::Elseif)) {
+    Depth branch(*this);  // a branch is a level of the tree between its statement and its body
+    if (failed_) return nullptr;
     Token const elseif = take();
     Expression* elseifCondition = parseExpression();
     if (failed_) return nullptr;
@@ -672,6 +675,8 @@ Parser::Node* Parser::parseIf() {
   auto elseifList = listFrom<ast::ElseifBlock>(elseifs);
   ast::ElseBlock* elseBlock = nullptr;
   if (at(TokenKind::Else)) {
+    Depth branch(*this);
+    if (failed_) return nullptr;
     Token const elseToken = take();
     elseBlock = finish(builder_.make<ast::ElseBlock>(parseBlockBody()), startOf(elseToken));
   }
@@ -732,6 +737,8 @@ Parser::Node* Parser::parseSwitch() {
   while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
   std::size_t const cases = mark();
   while (at(TokenKind::Case)) {
+    Depth branch(*this);
+    if (failed_) return nullptr;
     Token const caseToken = take();
     Expression* value = parseExpression();
     if (failed_) return nullptr;
@@ -741,6 +748,8 @@ Parser::Node* Parser::parseSwitch() {
   auto caseList = listFrom<ast::CaseSelection>(cases);
   ast::OtherwiseBlock* otherwise = nullptr;
   if (at(TokenKind::Otherwise)) {
+    Depth branch(*this);
+    if (failed_) return nullptr;
     Token const otherwiseToken = take();
     otherwise = finish(builder_.make<ast::OtherwiseBlock>(parseBlockBody()), startOf(otherwiseToken));
   }
@@ -755,6 +764,8 @@ Parser::Node* Parser::parseTry() {
   auto bodyList = parseBlockBody();
   ast::CatchBlock* catchBlock = nullptr;
   if (at(TokenKind::Catch)) {
+    Depth branch(*this);
+    if (failed_) return nullptr;
     Token const catchToken = take();
     ast::Identifier* errorVariable = nullptr;
     // `catch err`: an identifier on the catch line that ends the line is the
@@ -1076,15 +1087,18 @@ Parser::Expression* Parser::parseDottedName() {
   Token const first = expect(TokenKind::Identifier, "as a name");
   if (failed_) return nullptr;
   Expression* name = identifier(first);
+  int height = 1;
   while (at(TokenKind::Dot) && !peek().spaceBefore) {
-    take();
+    Token const dot = take();
     Token const part = peek();
     if (part.kind != TokenKind::Identifier && !isKeyword(part.kind)) {
       unexpected(part, "a name after '.'");
       return nullptr;
     }
+    if (!chainLink(height, 1, dot)) return nullptr;
     name = finish(builder_.make<ast::DotOperation>(name, field(take())), startOf(first));
   }
+  height_ = height;
   return name;
 }
 
@@ -1348,6 +1362,15 @@ Parser::Expression* Parser::parseExpression() {
   return parseBinary(1);
 }
 
+bool Parser::chainLink(int& height, int childHeight, Token const& link) {
+  height = 1 + std::max(height, childHeight);
+  if (depth_ + height <= maxNestingDepth) return true;
+  // Name what made it deep: the chain, or the nesting around it.
+  fail(link, fmt::format("{} deeper than {} levels", height > depth_ ? "expression chain is nested" : "nesting is",
+                         maxNestingDepth));
+  return false;
+}
+
 bool Parser::splitsMatrixElement(Token const& op) {
   // In [a -b] the blank before the sign and none after it start a new element.
   if (!inMatrix_ || !op.spaceBefore) return false;
@@ -1360,33 +1383,39 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
   // left to right; the right operand takes only tighter ones.
   Expression* left = parseUnary();
   if (failed_) return nullptr;
+  int height = height_;
   while (true) {
-    Token const& token = peek();
+    Token const token = peek();
     BinaryToken const binary = binaryTokenOf(token.kind);
-    if (binary.level < minLevel || binary.level == 0) return left;
+    if (binary.level < minLevel || binary.level == 0) break;
     if (binary.level == 6) {
       // first:last or first:step:last
       take();
       Expression* second = parseBinary(7);
       if (failed_) return nullptr;
+      int childHeight = height_;
       Expression* third = nullptr;
       if (at(TokenKind::Colon)) {
         take();
         third = parseBinary(7);
         if (failed_) return nullptr;
+        childHeight = std::max(childHeight, height_);
       }
+      if (!chainLink(height, childHeight, token)) return nullptr;
       Position const first = firstOf(left);
       left = third != nullptr ? builder_.make<ast::ColonVector>(left, second, third)
                               : builder_.make<ast::ColonVector>(left, nullptr, second);
       left = finish(left, first);
       continue;
     }
-    if (splitsMatrixElement(token)) return left;
+    if (splitsMatrixElement(token)) break;
     take();
     Expression* right = parseBinary(binary.level + 1);
-    if (failed_) return nullptr;
+    if (failed_ || !chainLink(height, height_, token)) return nullptr;
     left = finish(builder_.make<ast::BinaryOperation>(binary.op, left, right), firstOf(left));
   }
+  height_ = height;
+  return left;
 }
 
 Parser::Expression* Parser::parseUnary() {
@@ -1397,6 +1426,7 @@ Parser::Expression* Parser::parseUnary() {
     take();
     Expression* operand = parseUnary();
     if (failed_) return nullptr;
+    ++height_;
     return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
   }
   return parsePower();
@@ -1408,13 +1438,15 @@ Parser::Expression* Parser::parsePower() {
   if (failed_) return nullptr;
   Expression* left = parsePostfix(primary, startOf(first));
   if (failed_) return nullptr;
+  int height = height_;
   while (at(TokenKind::Caret) || at(TokenKind::DotCaret)) {
-    BinaryOperator const op =
-        take().kind == TokenKind::Caret ? BinaryOperator::MatrixPower : BinaryOperator::ElementPower;
+    Token const power = take();
+    BinaryOperator const op = power.kind == TokenKind::Caret ? BinaryOperator::MatrixPower : BinaryOperator::ElementPower;
     Expression* right = parsePowerOperand();
-    if (failed_) return nullptr;
+    if (failed_ || !chainLink(height, height_, power)) return nullptr;
     left = finish(builder_.make<ast::BinaryOperation>(op, left, right), firstOf(left));
   }
+  height_ = height;
   return left;
 }
 
@@ -1427,6 +1459,7 @@ Parser::Expression* Parser::parsePowerOperand() {
     take();
     Expression* operand = parsePowerOperand();
     if (failed_) return nullptr;
+    ++height_;
     return finish(builder_.make<ast::UnaryOperation>(*op, operand), startOf(token));
   }
   Expression* primary = parsePrimary();
@@ -1436,12 +1469,13 @@ Parser::Expression* Parser::parsePowerOperand() {
 
 Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
   Expression* result = base;
+  int height = height_;
   while (true) {
-    Token const& token = peek();
+    Token const token = peek();
     // In a matrix, a blank before ( or { starts a new element: [f (1)]. A
     // dot cannot start an element, so `[h(n) .Label]` is one.
     if (inMatrix_ && token.spaceBefore && (token.kind == TokenKind::LeftParen || token.kind == TokenKind::LeftBrace)) {
-      return result;
+      break;
     }
     switch (token.kind) {
       case TokenKind::LeftParen:
@@ -1449,12 +1483,12 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         bool const paren = token.kind == TokenKind::LeftParen;
         std::size_t const args = mark();
         parseArguments(paren ? TokenKind::RightParen : TokenKind::RightBrace);
-        if (failed_) return nullptr;
+        if (failed_ || !chainLink(height, height_, token)) return nullptr;
         auto list = listFrom<Expression>(args);
         result = paren ? static_cast<Expression*>(builder_.make<ast::ParenOperation>(result, list))
                        : static_cast<Expression*>(builder_.make<ast::BraceOperation>(result, list));
         finish(result, first);
-        break;
+        continue;
       }
       case TokenKind::Dot: {
         take();
@@ -1466,7 +1500,7 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
           if (failed_) return nullptr;
           inMatrix_ = savedMatrix;
           expect(TokenKind::RightParen, "to close the dynamic field");
-          if (failed_) return nullptr;
+          if (failed_ || !chainLink(height, height_, token)) return nullptr;
           result = finish(builder_.make<ast::DotParenOperation>(result, name), first);
         } else {
           Token const name = peek();
@@ -1474,30 +1508,35 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
             unexpected(name, "a field name after '.'");
             return nullptr;
           }
+          if (!chainLink(height, 1, token)) return nullptr;
           result = finish(builder_.make<ast::DotOperation>(result, field(take())), first);
         }
-        break;
+        continue;
       }
       case TokenKind::Transpose:
       case TokenKind::DotTranspose: {
         UnaryOperator const op =
             take().kind == TokenKind::Transpose ? UnaryOperator::ComplexTranspose : UnaryOperator::Transpose;
+        if (!chainLink(height, 0, token)) return nullptr;
         result = finish(builder_.make<ast::UnaryOperation>(op, result), first);
-        break;
+        continue;
       }
       case TokenKind::At: {
         // name@pkg.Super: a call of a superclass method or constructor;
         // obj.name@pkg.Super calls the method through the object.
-        if (token.spaceBefore || !isDottedName(result)) return result;
+        if (token.spaceBefore || !isDottedName(result)) break;
         take();
         Expression* superclass = parseDottedName();
-        if (failed_) return nullptr;
+        if (failed_ || !chainLink(height, height_, token)) return nullptr;
         result = finish(builder_.make<ast::BinaryOperation>(BinaryOperator::SuperclassCall, result, superclass), first);
-        break;
+        continue;
       }
-      default: return result;
+      default: break;
     }
+    break;
   }
+  height_ = height;
+  return result;
 }
 
 void Parser::parseArguments(TokenKind close) {
@@ -1505,6 +1544,7 @@ void Parser::parseArguments(TokenKind close) {
   bool const savedMatrix = inMatrix_;
   inMatrix_ = false;
   ++indexDepth_;
+  int height = 0;
   // A line end inside parentheses or braces ends the statement: lines go on
   // only with a continuation.
   while (!at(close)) {
@@ -1512,18 +1552,24 @@ void Parser::parseArguments(TokenKind close) {
     if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
       take();
       scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
+      height = std::max(height, 1);
     } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
-      // Name=value at the end of an argument list.
+      // Name=value at the end of an argument list. The argument is a level
+      // of its own above the value.
+      Depth depth(*this);
+      if (failed_) return;
       take();
       ast::Field* name = field(token);
       take();
       Expression* value = parseExpression();
       if (failed_) return;
       scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
+      height = std::max(height, 1 + std::max(1, height_));
     } else {
       Expression* argument = parseExpression();
       if (failed_) return;
       scratch_.push_back(argument);
+      height = std::max(height, height_);
     }
     if (!accept(TokenKind::Comma)) break;
   }
@@ -1535,6 +1581,7 @@ void Parser::parseArguments(TokenKind close) {
     return;
   }
   take();
+  height_ = height;
 }
 
 Parser::Expression* Parser::parseMatrix(bool cell) {
@@ -1547,6 +1594,7 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
   std::size_t const rows = mark();
   std::size_t elements = mark();
   Position rowStart{};
+  int height = 1;  // the matrix, and its rows when it has any
   auto endRow = [&] {
     if (mark() == elements) return;
     auto list = listFrom<Expression>(elements);
@@ -1574,6 +1622,7 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
     Expression* element = parseExpression();
     if (failed_) return nullptr;
     scratch_.push_back(element);
+    height = std::max(height, 2 + height_);
   }
   endRow();
   inMatrix_ = savedMatrix;
@@ -1581,6 +1630,7 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
   auto rowList = listFrom<ast::Row>(rows);
   Expression* node = cell ? static_cast<Expression*>(builder_.make<ast::CellArray>(rowList))
                           : static_cast<Expression*>(builder_.make<ast::Matrix>(rowList));
+  height_ = height;
   return finish(node, startOf(open));
 }
 
@@ -1596,6 +1646,8 @@ Parser::Expression* Parser::parseAnonymousFunction(Position first) {
   if (failed_) return nullptr;
   inMatrix_ = savedMatrix;
   indexDepth_ = savedIndex;
+  // Inputs are an identifier in an InputArgument.
+  height_ = 1 + std::max(inputs.empty() ? 0 : 2, height_);
   return finish(builder_.make<ast::AnonymousFunction>(inputs, body), first);
 }
 
@@ -1620,6 +1672,7 @@ Parser::Expression* Parser::parsePrimary() {
         return nullptr;
       }
       take();
+      ++height_;
       return finish(builder_.make<ast::ParenthesizedExpression>(inner), startOf(token));
     }
     case TokenKind::LeftBracket: return parseMatrix(false);
@@ -1632,7 +1685,7 @@ Parser::Expression* Parser::parsePrimary() {
         return nullptr;
       }
       Expression* name = parseDottedName();
-      if (failed_) return nullptr;
+      if (failed_ || !chainLink(height_, 0, token)) return nullptr;
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::FunctionHandle, name), startOf(token));
     }
     case TokenKind::Question: {
@@ -1642,18 +1695,20 @@ Parser::Expression* Parser::parsePrimary() {
         return nullptr;
       }
       Expression* name = parseDottedName();
-      if (failed_) return nullptr;
+      if (failed_ || !chainLink(height_, 0, token)) return nullptr;
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
     }
     case TokenKind::End:
       if (indexDepth_ > 0) {
         take();
+        height_ = 1;
         return finish(builder_.make<ast::EndIndex>(), startOf(token));
       }
       break;
     case TokenKind::Colon:
       if (indexDepth_ > 0) {
         take();
+        height_ = 1;
         return finish(builder_.make<ast::ColonIndex>(), startOf(token));
       }
       break;
@@ -1664,6 +1719,7 @@ Parser::Expression* Parser::parsePrimary() {
 }
 
 Parser::Expression* Parser::literal(Token const& token) {
+  height_ = 1;
   std::string const value = unquote(token.text);
   Expression* node = token.kind == TokenKind::CharVector
                          ? static_cast<Expression*>(builder_.make<ast::CharVectorLiteral>(text(value)))
@@ -1735,6 +1791,7 @@ Parser::Expression* Parser::number(Token const& token) {
     if (status == std::errc::result_out_of_range) parsed = std::numeric_limits<double>::infinity();
     value = imaginary ? NumericValue(lf::astapi::ImaginaryDouble{parsed}) : NumericValue(parsed);
   }
+  height_ = 1;
   auto* node = builder_.make<ast::NumberLiteral>(value, text(token.text));
   node->setSourceRange({startOf(token), lastOf(token)});
   return node;

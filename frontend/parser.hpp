@@ -152,8 +152,15 @@ class Parser {
   Node* parseMethodDeclaration();
   Expression* parseDottedName();
 
-  // Expressions.
+  // Expressions. Each function that returns an expression leaves its height
+  // (1 for a leaf) in height_.
   Expression* parseExpression();
+  /// Makes `height` that of a node built on top of a chain, whose left child
+  /// is `height` high and whose other children `childHeight`: `a.b.c`,
+  /// `1 + 2 + 3`, `x(1){2}`. The parser loops along a chain rather than
+  /// recursing, so the nesting limit counts the chain's height here; false,
+  /// with an error, when the chain would nest deeper than the limit.
+  bool chainLink(int& height, int childHeight, Token const& link);
   Expression* parseBinary(int minLevel);
   Expression* parseUnary();
   Expression* parsePower();
@@ -162,6 +169,8 @@ class Parser {
   Expression* parsePrimary();
   Expression* parseMatrix(bool cell);
   Expression* parseAnonymousFunction(Position first);
+  /// The arguments of an index or call, on the scratch stack; their greatest
+  /// height in height_.
   void parseArguments(TokenKind close);
   Expression* literal(Token const& token);
   Expression* number(Token const& token);
@@ -218,6 +227,7 @@ class Parser {
   std::size_t fileStatementsEnd_ = 0;
   std::vector<Scope> scopes_;
   int depth_ = 0;
+  int height_ = 0;
   // Expression context: elements of a matrix or cell split at blanks, and
   // `end` inside an index is the index's end.
   bool inMatrix_ = false;
