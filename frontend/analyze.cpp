@@ -1,12 +1,6 @@
 #include "frontend/analyze.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "frontend/analysis/call_resolution.hpp"
@@ -14,6 +8,7 @@
 #include "frontend/analysis/name_resolution.hpp"
 #include "frontend/analysis/use_def.hpp"
 #include "frontend/parse.hpp"
+#include "frontend/source_file_reader.hpp"
 
 namespace frontend {
 
@@ -73,16 +68,16 @@ AnalysisResult analyze(std::string_view source, std::string_view path) {
 }
 
 AnalysisResult analyzeFile(std::string_view path) {
-  std::ifstream in{std::string(path), std::ios::binary};
-  if (!in) {
+  // A folder, a FIFO or a file too large is refused with the reason, not
+  // read as an empty file.
+  SourceFileReader reader;
+  SourceFileReader::Result const read = reader.read(std::string(path).c_str());
+  if (!read.ok()) {
     AnalysisResult failed;
-    failed.diagnostics.push_back(
-        {std::string(path), 0, 0, Severity::Error, fmt::format("cannot open file: {}", std::strerror(errno))});
+    failed.diagnostics.push_back({std::string(path), 0, 0, Severity::Error, read.error});
     return failed;
   }
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return analyze(bytes.str(), path);
+  return analyze(read.bytes, path);
 }
 
 }  // namespace frontend

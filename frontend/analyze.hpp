@@ -27,8 +27,9 @@ struct AnalysisResult {
 ///     auto const* table = result.analysis->getSymbolTable();
 AnalysisResult analyze(std::string_view source, std::string_view path);
 
-/// Reads a file and analyses it; a file that cannot be read gives a
-/// diagnostic and no analysis.
+/// Reads a file and analyses it. A path that cannot be read as a source file
+/// (missing, unreadable, a folder, a FIFO, a device, too large) gives an error
+/// diagnostic saying why, and no analysis.
 AnalysisResult analyzeFile(std::string_view path);
 
 }  // namespace frontend

@@ -1,14 +1,22 @@
 #include "frontend/source_decoding.hpp"
 
+#include <fmt/format.h>
 #include <unicode/ucnv.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
-#include <stdexcept>
 
 namespace frontend {
+
+static_assert(maxSourceBytes <= static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max()),
+              "the UTF-8 check indexes the text with 32-bit integers");
+static_assert(maxSourceBytes * 3 <= std::numeric_limits<std::uint32_t>::max(),
+              "a converted file (at most three bytes of UTF-8 per byte) must fit the lexer's 32-bit offsets");
 
 namespace {
 
@@ -40,37 +48,172 @@ std::optional<std::size_t> firstInvalidUtf8(std::string_view text) {
   return std::nullopt;
 }
 
-std::string windows1252ToUtf8(std::string_view text) {
+// UTF-16 without a byte-order mark, as some editors write it: of an even
+// number of bytes, every other one is zero (the high bytes of ASCII text).
+std::optional<SourceEncoding> unmarkedUtf16(std::string_view bytes) {
+  if (bytes.size() < 2 || bytes.size() % 2 != 0) return std::nullopt;
+  if (bytes[0] != '\0' && bytes[1] != '\0') return std::nullopt;  // the common case, at once
+  bool evenZero = true, oddZero = true;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    if (bytes[i] == '\0') continue;
+    (i % 2 == 0 ? evenZero : oddZero) = false;
+    if (!evenZero && !oddZero) return std::nullopt;
+  }
+  if (oddZero && !evenZero) return SourceEncoding::Utf16LE;
+  if (evenZero && !oddZero) return SourceEncoding::Utf16BE;
+  return std::nullopt;  // nothing but zeros
+}
+
+char const* converterName(SourceEncoding encoding) {
+  switch (encoding) {
+    case SourceEncoding::Windows1252: return "windows-1252";
+    case SourceEncoding::Utf16LE: return "UTF-16LE";
+    case SourceEncoding::Utf16BE: return "UTF-16BE";
+    case SourceEncoding::Utf8: break;
+  }
+  return "UTF-8";
+}
+
+using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
+
+Converter openConverter(char const* name, UErrorCode& status) { return {ucnv_open(name, &status), &ucnv_close}; }
+
+// Converts `bytes` to UTF-8, or says why it could not. ICU's streaming
+// conversion works through pointers, not 32-bit lengths, so a file of any
+// size up to `maxSourceBytes` converts; bytes that do not decode become
+// U+FFFD.
+std::optional<std::string> convertToUtf8(std::string_view bytes, SourceEncoding from, std::string& failure) {
   UErrorCode status = U_ZERO_ERROR;
-  std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open("windows-1252", &status), &ucnv_close);
-  if (U_FAILURE(status)) throw std::runtime_error("no Windows-1252 converter available");
-  // Each byte becomes at most three bytes of UTF-8.
-  std::string out(text.size() * 3 + 1, '\0');
-  std::int32_t const written =
-      ucnv_toAlgorithmic(UCNV_UTF8, converter.get(), out.data(), static_cast<std::int32_t>(out.size()), text.data(),
-                         static_cast<std::int32_t>(text.size()), &status);
-  if (U_FAILURE(status)) throw std::runtime_error("Windows-1252 conversion failed");
-  out.resize(static_cast<std::size_t>(written));
+  Converter source = openConverter(converterName(from), status);
+  Converter target = openConverter("UTF-8", status);
+  if (U_FAILURE(status)) {
+    failure = fmt::format("no {} converter available ({})", converterName(from), u_errorName(status));
+    return std::nullopt;
+  }
+  // Most text is ASCII: a byte of Windows-1252 is mostly one byte of UTF-8,
+  // two bytes of UTF-16 mostly one. The buffer grows when that is too little.
+  std::size_t const guess = from == SourceEncoding::Windows1252 ? bytes.size() : bytes.size() / 2;
+  std::string out(guess + guess / 8 + 64, '\0');
+  char* written = out.data();
+  char const* read = bytes.data();
+  std::array<UChar, 4096> pivot;
+  UChar* pivotSource = pivot.data();
+  UChar* pivotTarget = pivot.data();
+  bool reset = true;
+  for (;;) {
+    status = U_ZERO_ERROR;
+    ucnv_convertEx(target.get(), source.get(), &written, out.data() + out.size(), &read, bytes.data() + bytes.size(),
+                   pivot.data(), &pivotSource, &pivotTarget, pivot.data() + pivot.size(), reset, true, &status);
+    reset = false;
+    if (status != U_BUFFER_OVERFLOW_ERROR) break;
+    auto const used = static_cast<std::size_t>(written - out.data());
+    out.resize(out.size() * 2);
+    written = out.data() + used;
+  }
+  if (U_FAILURE(status)) {
+    failure = fmt::format("cannot convert from {} ({})", converterName(from), u_errorName(status));
+    return std::nullopt;
+  }
+  out.resize(static_cast<std::size_t>(written - out.data()));
   return out;
+}
+
+std::string encodingWarning(DecodedSource const& decoded) {
+  switch (decoded.encoding) {
+    case SourceEncoding::Windows1252:
+      return fmt::format("file is not valid UTF-8 (first bad byte at offset {}); read as Windows-1252",
+                         *decoded.legacyByteOffset);
+    case SourceEncoding::Utf16LE:
+    case SourceEncoding::Utf16BE: {
+      char const* const name = converterName(decoded.encoding);
+      return decoded.markBytes > 0
+                 ? fmt::format("file starts with a byte-order mark of {}; read as {}", name, name)
+                 : fmt::format("file has no byte-order mark but every other byte is zero; read as {}", name);
+    }
+    case SourceEncoding::Utf8: break;
+  }
+  return {};
 }
 
 }  // namespace
 
-DecodedSource decodeSource(std::string_view bytes) {
-  if (bytes.size() > static_cast<std::size_t>(INT32_MAX) / 4)
-    throw std::length_error("source file larger than 512 MiB");
-  constexpr std::string_view bom = "\xEF\xBB\xBF";
-  std::size_t skipped = 0;
-  if (bytes.substr(0, bom.size()) == bom) {
-    bytes.remove_prefix(bom.size());
-    skipped = bom.size();
+bool DecodedSource::readable() const {
+  return std::none_of(diagnostics.begin(), diagnostics.end(),
+                      [](Diagnostic const& d) { return d.severity == Severity::Error; });
+}
+
+SourcePosition DecodedSource::positionOf(std::size_t textOffset) const {
+  std::string_view const all = text();
+  std::size_t const end = std::min(textOffset, all.size());
+  SourcePosition position;
+  std::size_t characters = 0;  // before the offset
+  std::size_t beyondBmp = 0;   // characters of them that take two UTF-16 units
+  for (std::size_t i = 0; i < end; ++i) {
+    auto const byte = static_cast<unsigned char>(all[i]);
+    if ((byte & 0xC0) == 0x80) continue;  // inside a character
+    ++characters;
+    if (byte >= 0xF0) ++beyondBmp;
+    if (byte == '\n' || (byte == '\r' && (i + 1 == all.size() || all[i + 1] != '\n'))) {
+      ++position.line;
+      position.column = 1;
+    } else if (byte != '\r') {
+      ++position.column;
+    }
   }
+  switch (encoding) {
+    case SourceEncoding::Utf8: position.fileOffset = markBytes + end; break;
+    case SourceEncoding::Windows1252: position.fileOffset = markBytes + characters; break;
+    case SourceEncoding::Utf16LE:
+    case SourceEncoding::Utf16BE: position.fileOffset = markBytes + 2 * (characters + beyondBmp); break;
+  }
+  return position;
+}
+
+DecodedSource decodeSource(std::string_view bytes, std::string_view path) {
   DecodedSource decoded;
-  if (auto bad = firstInvalidUtf8(bytes)) {
-    decoded.legacyByteOffset = *bad + skipped;
-    decoded.converted = windows1252ToUtf8(bytes);
+  std::string const file(path);
+  if (bytes.size() > maxSourceBytes) {
+    decoded.diagnostics.push_back({file, 1, 1, Severity::Error, "file is larger than 1 GiB; not parsed"});
+    return decoded;
   }
+  constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+  constexpr std::string_view utf16LeMark = "\xFF\xFE";
+  constexpr std::string_view utf16BeMark = "\xFE\xFF";
+  if (bytes.starts_with(utf16LeMark)) {
+    decoded.encoding = SourceEncoding::Utf16LE;
+    decoded.markBytes = utf16LeMark.size();
+  } else if (bytes.starts_with(utf16BeMark)) {
+    decoded.encoding = SourceEncoding::Utf16BE;
+    decoded.markBytes = utf16BeMark.size();
+  } else if (bytes.starts_with(utf8Mark)) {
+    decoded.markBytes = utf8Mark.size();
+  } else if (auto const utf16 = unmarkedUtf16(bytes)) {
+    decoded.encoding = *utf16;
+  }
+  bytes.remove_prefix(decoded.markBytes);
   decoded.original = bytes;
+  if (decoded.encoding == SourceEncoding::Utf8) {
+    if (auto const bad = firstInvalidUtf8(bytes)) {
+      decoded.encoding = SourceEncoding::Windows1252;
+      decoded.legacyByteOffset = *bad + decoded.markBytes;
+    }
+  }
+  if (decoded.encoding != SourceEncoding::Utf8) {
+    std::string failure;
+    auto converted = convertToUtf8(bytes, decoded.encoding, failure);
+    if (!converted) {
+      decoded.diagnostics.push_back({file, 1, 1, Severity::Error, failure});
+      return decoded;
+    }
+    decoded.converted = std::move(*converted);
+    decoded.diagnostics.push_back({file, 1, 1, Severity::Warning, encodingWarning(decoded)});
+  }
+  if (std::size_t const nul = decoded.text().find('\0'); nul != std::string_view::npos) {
+    SourcePosition const at = decoded.positionOf(nul);
+    decoded.diagnostics.push_back(
+        {file, at.line, at.column, Severity::Error,
+         fmt::format("file holds a NUL byte at offset {}; it is not source text", at.fileOffset)});
+  }
   return decoded;
 }
 

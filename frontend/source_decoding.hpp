@@ -1,27 +1,61 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "frontend/diagnostic.hpp"
 
 namespace frontend {
+
+/// The largest source file that is decoded (and parsed): 1 GiB. Converted to
+/// UTF-8 a file this size still fits the lexer's 32-bit offsets, and the
+/// UTF-8 check's 32-bit indices.
+inline constexpr std::size_t maxSourceBytes = std::size_t{1} << 30;
+
+/// The encoding a file was read in.
+enum class SourceEncoding : std::uint8_t { Utf8, Windows1252, Utf16LE, Utf16BE };
+
+/// A place in a file as a reader of the file counts it.
+struct SourcePosition {
+  std::size_t fileOffset = 0;  // in bytes of the file, byte-order mark included
+  std::uint32_t line = 1;      // 1-based; lines end at LF, CR LF or a lone CR, as the lexer reads them
+  std::uint32_t column = 1;    // 1-based, in characters
+};
 
 /// Source text as the lexer reads it: UTF-8 without a byte-order mark. Valid
 /// UTF-8 is not copied: the text then views the bytes given to `decodeSource`,
 /// which must outlive it.
 struct DecodedSource {
   std::string_view original;  // the bytes after any byte-order mark
-  std::string converted;      // the text converted to UTF-8, for a legacy file
+  std::string converted;      // the text converted to UTF-8, for a file in another encoding
+  SourceEncoding encoding = SourceEncoding::Utf8;
+  std::size_t markBytes = 0;  // the length of the byte-order mark skipped
   /// Set when the file was not valid UTF-8 and was read as Windows-1252: the
   /// offset of its first bad byte in the file.
   std::optional<std::size_t> legacyByteOffset;
+  /// What decoding found, with the path given to `decodeSource`: a warning
+  /// naming the encoding of a file that is not UTF-8, or an error that leaves
+  /// no text to parse (a NUL byte, a file too large).
+  std::vector<Diagnostic> diagnostics;
 
-  std::string_view text() const { return legacyByteOffset ? std::string_view(converted) : original; }
+  std::string_view text() const { return encoding == SourceEncoding::Utf8 ? original : std::string_view(converted); }
+
+  /// False when decoding found an error: the text is then not source text.
+  bool readable() const;
+
+  /// Where the byte at `textOffset` of `text()` stands in the file.
+  SourcePosition positionOf(std::size_t textOffset) const;
 };
 
-/// Skips a byte-order mark; keeps valid UTF-8 as it is and reads anything
-/// else as Windows-1252, converted to UTF-8.
-DecodedSource decodeSource(std::string_view bytes);
+/// Skips a byte-order mark and decodes the rest: UTF-16 (with a byte-order
+/// mark, or without one when every other byte is zero) is converted, valid
+/// UTF-8 kept as it is, and anything else read as Windows-1252. A NUL byte in
+/// the text, or a file larger than `maxSourceBytes`, gives an error
+/// diagnostic. Never throws for bad input.
+DecodedSource decodeSource(std::string_view bytes, std::string_view path = {});
 
 }  // namespace frontend

@@ -1,8 +1,9 @@
 #include "frontend/tree_dump.hpp"
 
 #include <algorithm>
-#include <sstream>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include "platform/i18n/i18n.hpp"
 
@@ -47,34 +48,79 @@ std::string leafText(ast::Node const& node) {
   });
 }
 
+// Lines of the indented layout move right two spaces a level down to this
+// depth and no further, so that a deep tree gives output linear in its size;
+// a deeper line is marked with its depth instead.
+constexpr std::size_t maxIndentedDepth = 64;
+
+// Writes a tree with an explicit stack rather than by recursion: the depth of
+// a tree follows its input, the depth of the call stack must not.
 class Dumper {
  public:
   explicit Dumper(DumpLayout layout) : layout_(layout) {}
 
-  void dump(ast::Node const& node, int depth) {
-    std::vector<ast::Node const*> children;
-    lf::astapi::forEachChild(node, [&children](ast::Node const* child) { children.push_back(child); });
-    out_ << '(' << lf::astapi::nodeKindName(node.getKind());
+  std::string dump(ast::Node const& root) {
+    open(root, 0);
+    while (!frames_.empty()) {
+      Frame& frame = frames_.back();
+      if (frame.next == frame.end) {
+        out_ += ')';
+        pending_.resize(frame.first);
+        frames_.pop_back();
+        continue;
+      }
+      ast::Node const& child = *pending_[frame.next++];
+      std::size_t const depth = frame.depth + 1;
+      if (frame.split) {
+        newLine(depth);
+      } else {
+        out_ += ' ';
+      }
+      open(child, depth);  // may move `frame`
+    }
+    return std::move(out_);
+  }
+
+ private:
+  // A node whose children are being written: they are pending_[first, end),
+  // the next one to write at `next`.
+  struct Frame {
+    std::size_t first, next, end, depth;
+    bool split;
+  };
+
+  void open(ast::Node const& node, std::size_t depth) {
+    out_ += '(';
+    out_ += lf::astapi::nodeKindName(node.getKind());
     std::string const text = leafText(node);
-    if (!text.empty()) out_ << ' ' << text;
+    if (!text.empty()) {
+      out_ += ' ';
+      out_ += text;
+    }
+    std::size_t const first = pending_.size();
+    lf::astapi::forEachChild(node, [this](ast::Node const* child) { pending_.push_back(child); });
+    if (pending_.size() == first) {
+      out_ += ')';
+      return;
+    }
     // Indented: when any child has children of its own, every child goes on
     // a line of its own; otherwise they stay on the node's line.
     bool const split = layout_ == DumpLayout::Indented &&
-                       std::any_of(children.begin(), children.end(), [](auto const* c) { return hasChildren(*c); });
-    for (ast::Node const* child : children) {
-      if (split) {
-        out_ << '\n' << std::string(static_cast<std::size_t>(depth + 1) * 2, ' ');
-      } else {
-        out_ << ' ';
-      }
-      dump(*child, depth + 1);
-    }
-    out_ << ')';
+                       std::any_of(pending_.begin() + static_cast<std::ptrdiff_t>(first), pending_.end(),
+                                   [](ast::Node const* c) { return hasChildren(*c); });
+    frames_.push_back({first, first, pending_.size(), depth, split});
   }
 
-  std::string str() const { return out_.str(); }
+  void newLine(std::size_t depth) {
+    out_ += '\n';
+    out_.append(std::min(depth, maxIndentedDepth) * 2, ' ');
+    if (depth > maxIndentedDepth) {
+      out_ += '[';
+      out_ += std::to_string(depth);
+      out_ += "] ";
+    }
+  }
 
- private:
   static bool hasChildren(ast::Node const& node) {
     bool any = false;
     lf::astapi::forEachChild(node, [&any](ast::Node const*) { any = true; });
@@ -82,15 +128,15 @@ class Dumper {
   }
 
   DumpLayout layout_;
-  std::ostringstream out_;
+  std::string out_;
+  std::vector<Frame> frames_;
+  std::vector<ast::Node const*> pending_;
 };
 
 }  // namespace
 
 std::string dumpTree(ast::Node const& node, DumpLayout layout) {
-  Dumper dumper(layout);
-  dumper.dump(node, 0);
-  return dumper.str();
+  return Dumper(layout).dump(node);
 }
 
 }  // namespace frontend
