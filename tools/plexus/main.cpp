@@ -8,43 +8,56 @@
 #include <vector>
 
 #include "frontend/parse.hpp"
+#include "frontend/source_file_reader.hpp"
 #include "frontend/tree_dump.hpp"
 #include "tools/plexus/source_files.hpp"
 
 namespace {
 
+// Reports a path that could not be read, after the diagnostics printed so
+// far, so that both streams read in order when they go to one place.
+void reportUnreadable(std::string const& path, std::string const& reason) {
+  std::fflush(stdout);
+  fmt::print(stderr, "{}: error: {}\n", path, reason);
+}
+
 int runParse(std::vector<std::string> const& paths) {
-  plexus::cli::SourceFiles const sources = plexus::cli::collectSourceFiles(paths);
-  bool failed = !sources.problems.empty();
-  for (std::string const& problem : sources.problems) fmt::print(stderr, "{}: error: {}\n", "plexus", problem);
-  std::size_t withErrors = 0;
-  for (auto const& file : sources.files) {
-    std::string const name = file.string();
-    plexus::cli::FileContents const contents = plexus::cli::readFile(file);
-    if (!contents.error.empty()) {
-      fmt::print(stderr, "{}: error: {}\n", name, contents.error);
-      failed = true;
-      continue;
+  frontend::SourceFileReader reader;
+  std::size_t parsed = 0, withErrors = 0, unreadable = 0;
+  plexus::cli::SourceVisitor visitor;
+  visitor.problem = [&unreadable](std::string const& path, std::string const& reason) {
+    reportUnreadable(path, reason);
+    ++unreadable;
+  };
+  visitor.file = [&](std::string const& path) {
+    frontend::SourceFileReader::Result const read = reader.read(path.c_str());
+    if (!read.ok()) {
+      visitor.problem(path, read.error);
+      return;
     }
-    frontend::ParseResult const result = frontend::parse(contents.bytes, name);
+    frontend::ParseResult const result = frontend::parse(read.bytes, path);
     for (frontend::Diagnostic const& diagnostic : result.diagnostics) {
       fmt::print("{}\n", frontend::formatDiagnostic(diagnostic));
     }
+    ++parsed;
     if (result.hasErrors()) ++withErrors;
-  }
+  };
+  plexus::cli::walkSourceFiles(paths, visitor);
   std::fflush(stdout);  // keep the summary after the diagnostics
-  std::size_t const parsed = sources.files.size();
-  fmt::print(stderr, "{} {} parsed, {} with errors\n", parsed, parsed == 1 ? "file" : "files", withErrors);
-  return failed || withErrors > 0 ? 1 : 0;
+  std::string summary = fmt::format("{} {} parsed, {} with errors", parsed, parsed == 1 ? "file" : "files", withErrors);
+  if (unreadable > 0) summary += fmt::format(", {} could not be read", unreadable);
+  fmt::print(stderr, "{}\n", summary);
+  return withErrors > 0 || unreadable > 0 ? 1 : 0;
 }
 
 int runDump(std::string const& path) {
-  plexus::cli::FileContents const contents = plexus::cli::readFile(path);
-  if (!contents.error.empty()) {
-    fmt::print(stderr, "{}: error: {}\n", path, contents.error);
+  frontend::SourceFileReader reader;
+  frontend::SourceFileReader::Result const read = reader.read(path.c_str());
+  if (!read.ok()) {
+    reportUnreadable(path, read.error);
     return 1;
   }
-  frontend::ParseResult const result = frontend::parse(contents.bytes, path);
+  frontend::ParseResult const result = frontend::parse(read.bytes, path);
   for (frontend::Diagnostic const& diagnostic : result.diagnostics) {
     fmt::print(stderr, "{}\n", frontend::formatDiagnostic(diagnostic));
   }

@@ -1,27 +1,28 @@
 #pragma once
 
-#include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace plexus::cli {
 
-/// What a list of paths names: the `.m` files, each folder searched
-/// recursively in a stable (sorted) order, and the paths that could not be
-/// used, with the reason.
-struct SourceFiles {
-  std::vector<std::filesystem::path> files;
-  std::vector<std::string> problems;  // "path: reason"
+/// What a walk over the paths of a command line meets, as it meets it.
+struct SourceVisitor {
+  /// A file to read: a path given that is not a folder, whatever its
+  /// extension (reading it says whether it exists and is a file), or a
+  /// `.m` entry of a folder.
+  std::function<void(std::string const& path)> file;
+  /// A folder that could not be opened or listed whole, with the reason.
+  std::function<void(std::string const& path, std::string const& reason)> problem;
 };
 
-SourceFiles collectSourceFiles(std::vector<std::string> const& paths);
-
-/// The bytes of a file, or an error message saying why it could not be read.
-struct FileContents {
-  std::string bytes;
-  std::string error;
-};
-
-FileContents readFile(std::filesystem::path const& path);
+/// Walks the paths in the order given, handing each file to the visitor as
+/// soon as it is found, so that the first file is read before the last folder
+/// is listed and no list of every file is ever held. A folder is searched for
+/// `.m` files one folder at a time: its entries in sorted order, each
+/// subfolder walked where its name sorts, so the order is stable from run to
+/// run. Symbolic links to folders inside a folder are not followed (a link
+/// can close a loop); a `.m` link is handed on like a file.
+void walkSourceFiles(std::vector<std::string> const& paths, SourceVisitor const& visitor);
 
 }  // namespace plexus::cli
