@@ -386,75 +386,77 @@ Token Lexer::next() {
   return error(start, length, spaceBefore, fmt::format("unexpected character '{}'", source_.substr(start, length)));
 }
 
-std::vector<Lexer::Word> Lexer::readCommandWords() {
-  std::vector<Word> words;
+bool Lexer::nextCommandWord(Word& word) {
   auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
   auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
+  lineHasToken_ = true;
+  previous_ = TokenKind::CharVector;
   while (true) {
     while (isBlank(at(pos_))) ++pos_;
     char const c = at(pos_);
-    if (pos_ >= source_.size() || isLineEnd(c) || c == ',' || c == ';') break;
+    if (pos_ >= source_.size() || isLineEnd(c) || c == ',' || c == ';') return false;
     if (c == '%') {
       // A comment ends the command; the line end stays for next().
       while (pos_ < source_.size() && !isLineEnd(source_[pos_])) {
         if (static_cast<unsigned char>(source_[pos_]) >= 0x80) nonAsciiOnLine_ = true;
         ++pos_;
       }
-      break;
+      return false;
     }
-    if (source_.substr(pos_, 3) == "...") {
-      Token ignored;
-      skipTrivia(&ignored);
+    if (source_.substr(pos_, 3) != "...") break;
+    Token ignored;
+    skipTrivia(&ignored);
+    lineHasToken_ = true;
+  }
+  std::uint32_t const start = pos_;
+  std::string& text = word.text;
+  text.clear();
+  // A word runs to the next blank, comma, semicolon or line end outside
+  // parentheses: `w(2,1)` and `b(t)` are one word each. Quoted parts
+  // ('it''s here') may hold any of these; outside parentheses they lose
+  // their quotes, inside they stay as written.
+  int parentheses = 0;
+  while (pos_ < source_.size()) {
+    char const d = source_[pos_];
+    if (isLineEnd(d)) break;
+    if (parentheses == 0 && (isBlank(d) || d == ',' || d == ';')) break;
+    if (static_cast<unsigned char>(d) >= 0x80) nonAsciiOnLine_ = true;
+    char const before = pos_ > start ? source_[pos_ - 1] : ' ';
+    bool const transpose = parentheses > 0 && (isNameChar(before) || before == ')' || before == ']' ||
+                                               before == '}' || before == '\'' || before == '.');
+    if (d == '\'' && !transpose) {
+      bool const keepQuotes = parentheses > 0;
+      if (keepQuotes) text += '\'';
+      std::uint32_t i = pos_ + 1;
+      bool closed = false;
+      while (i < source_.size() && !isLineEnd(source_[i])) {
+        if (static_cast<unsigned char>(source_[i]) >= 0x80) nonAsciiOnLine_ = true;
+        if (source_[i] == '\'') {
+          if (at(i + 1) == '\'') {
+            text += keepQuotes ? "''" : "'";
+            i += 2;
+            continue;
+          }
+          closed = true;
+          break;
+        }
+        text += source_[i];
+        ++i;
+      }
+      if (closed && keepQuotes) text += '\'';
+      pos_ = closed ? i + 1 : i;
       continue;
     }
-    std::uint32_t const start = pos_;
-    std::string text;
-    // A word runs to the next blank, comma, semicolon or line end outside
-    // parentheses: `w(2,1)` and `b(t)` are one word each. Quoted parts
-    // ('it''s here') may hold any of these; outside parentheses they lose
-    // their quotes, inside they stay as written.
-    int parentheses = 0;
-    while (pos_ < source_.size()) {
-      char const d = source_[pos_];
-      if (isLineEnd(d)) break;
-      if (parentheses == 0 && (isBlank(d) || d == ',' || d == ';')) break;
-      if (static_cast<unsigned char>(d) >= 0x80) nonAsciiOnLine_ = true;
-      char const before = pos_ > start ? source_[pos_ - 1] : ' ';
-      bool const transpose = parentheses > 0 && (isNameChar(before) || before == ')' || before == ']' ||
-                                                 before == '}' || before == '\'' || before == '.');
-      if (d == '\'' && !transpose) {
-        bool const keepQuotes = parentheses > 0;
-        if (keepQuotes) text += '\'';
-        std::uint32_t i = pos_ + 1;
-        bool closed = false;
-        while (i < source_.size() && !isLineEnd(source_[i])) {
-          if (static_cast<unsigned char>(source_[i]) >= 0x80) nonAsciiOnLine_ = true;
-          if (source_[i] == '\'') {
-            if (at(i + 1) == '\'') {
-              text += keepQuotes ? "''" : "'";
-              i += 2;
-              continue;
-            }
-            closed = true;
-            break;
-          }
-          text += source_[i];
-          ++i;
-        }
-        if (closed && keepQuotes) text += '\'';
-        pos_ = closed ? i + 1 : i;
-        continue;
-      }
-      if (d == '(') ++parentheses;
-      if (d == ')' && parentheses > 0) --parentheses;
-      text += d;
-      ++pos_;
-    }
-    words.push_back(Word{std::move(text), start, line_, columnOnLine(start), pos_ - start});
+    if (d == '(') ++parentheses;
+    if (d == ')' && parentheses > 0) --parentheses;
+    text += d;
+    ++pos_;
   }
-  lineHasToken_ = true;
-  previous_ = TokenKind::CharVector;
-  return words;
+  word.offset = start;
+  word.line = line_;
+  word.column = columnOnLine(start);
+  word.length = pos_ - start;
+  return true;
 }
 
 std::string_view Lexer::readRestOfLine() {

@@ -32,11 +32,12 @@ class Lexer {
   /// A word of command syntax: `hold on` has the word "on".
   struct Word {
     std::string text;  // the argument's value: quotes of a 'quoted word' removed
-    std::uint32_t offset, line, column, length;
+    std::uint32_t offset = 0, line = 0, column = 0, length = 0;
   };
-  /// Reads the arguments of command syntax from the current position to the
-  /// end of the statement, which is left for `next` to return.
-  std::vector<Word> readCommandWords();
+  /// Reads the next argument of command syntax from the current position
+  /// into `word`; false at the end of the statement, which is left for `next`
+  /// to return. The words of a command come one by one, however many.
+  bool nextCommandWord(Word& word);
   /// Reads the rest of the line, verbatim, leaving the line end for `next`.
   std::string_view readRestOfLine();
 

@@ -303,11 +303,11 @@ ast::Field* Parser::field(Token const& token) {
 // ---------------------------------------------------------------------------
 // Scopes
 
-void Parser::openScope(bool inheritsParent) { scopes_.push_back({{}, inheritsParent}); }
+void Parser::openScope(bool inheritsParent) { scopes_.emplace_back(inheritsParent); }
 void Parser::closeScope() { scopes_.pop_back(); }
 
 void Parser::defineVariable(std::string_view name) {
-  if (!scopes_.empty()) scopes_.back().variables.insert(name);
+  if (!scopes_.empty()) scopes_.back().variables.push_back(name);
 }
 
 void Parser::defineTarget(Expression const* target) {
@@ -317,9 +317,17 @@ void Parser::defineTarget(Expression const* target) {
   }
 }
 
-bool Parser::isVariable(std::string_view name) const {
+bool Parser::Scope::holds(std::string_view name) {
+  // A few names are found fastest by looking at each.
+  constexpr std::size_t fewNames = 16;
+  if (variables.size() <= fewNames) return std::find(variables.begin(), variables.end(), name) != variables.end();
+  for (; indexed < variables.size(); ++indexed) index.insert(variables[indexed]);
+  return index.contains(name);
+}
+
+bool Parser::isVariable(std::string_view name) {
   for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
-    if (scope->variables.contains(name)) return true;
+    if (scope->holds(name)) return true;
     if (!scope->inheritsParent) break;
   }
   return false;
@@ -537,7 +545,8 @@ Parser::Node* Parser::parseCommand(Token const& name) {
   dropLookahead();
   auto* function = identifier(name);
   std::size_t const args = mark();
-  for (Lexer::Word const& word : lexer_.readCommandWords()) {
+  Lexer::Word word;
+  while (lexer_.nextCommandWord(word)) {
     auto* argument = builder_.make<ast::CharVectorLiteral>(text(word.text));
     std::uint32_t characters = 0;
     for (std::uint32_t k = 0; k < word.length; ++k) {
@@ -1385,12 +1394,12 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
   if (failed_) return nullptr;
   int height = height_;
   while (true) {
-    Token const token = peek();
-    BinaryToken const binary = binaryTokenOf(token.kind);
+    BinaryToken const binary = binaryTokenOf(peek().kind);
     if (binary.level < minLevel || binary.level == 0) break;
+    if (binary.level != 6 && splitsMatrixElement(peek())) break;
+    Token const token = take();
     if (binary.level == 6) {
       // first:last or first:step:last
-      take();
       Expression* second = parseBinary(7);
       if (failed_) return nullptr;
       int childHeight = height_;
@@ -1408,8 +1417,6 @@ Parser::Expression* Parser::parseBinary(int minLevel) {
       left = finish(left, first);
       continue;
     }
-    if (splitsMatrixElement(token)) break;
-    take();
     Expression* right = parseBinary(binary.level + 1);
     if (failed_ || !chainLink(height, height_, token)) return nullptr;
     left = finish(builder_.make<ast::BinaryOperation>(binary.op, left, right), firstOf(left));
@@ -1471,12 +1478,17 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
   Expression* result = base;
   int height = height_;
   while (true) {
-    Token const token = peek();
+    Token const& next = peek();
     // In a matrix, a blank before ( or { starts a new element: [f (1)]. A
     // dot cannot start an element, so `[h(n) .Label]` is one.
-    if (inMatrix_ && token.spaceBefore && (token.kind == TokenKind::LeftParen || token.kind == TokenKind::LeftBrace)) {
+    if (inMatrix_ && next.spaceBefore && (next.kind == TokenKind::LeftParen || next.kind == TokenKind::LeftBrace)) {
       break;
     }
+    if (next.kind != TokenKind::LeftParen && next.kind != TokenKind::LeftBrace && next.kind != TokenKind::Dot &&
+        next.kind != TokenKind::Transpose && next.kind != TokenKind::DotTranspose && next.kind != TokenKind::At) {
+      break;
+    }
+    Token const token = next;  // kept: the lookahead moves on
     switch (token.kind) {
       case TokenKind::LeftParen:
       case TokenKind::LeftBrace: {

@@ -186,7 +186,7 @@ class Parser {
   };
   void defineVariable(std::string_view name);
   void defineTarget(Expression const* target);
-  bool isVariable(std::string_view name) const;
+  bool isVariable(std::string_view name);
 
   // One level of nesting, for as long as it lives; when the limit is
   // reached it reports so and leaves the parser failed.
@@ -199,11 +199,18 @@ class Parser {
     bool entered_;
   };
 
-  // The names assigned so far in a function or script; asked only when a
-  // statement might be command syntax, which a script of many commands and
-  // many variables does at every other line.
+  // The names assigned so far in a function or script, asked only when a
+  // statement might be command syntax. Assignments are many and cheap to
+  // record; a scope with many names gets a hash index, built on from where it
+  // stopped at each question, so that a script of many commands beside many
+  // variables costs no more than its length.
   struct Scope {
-    std::unordered_set<std::string_view> variables;
+    explicit Scope(bool inherits) : inheritsParent(inherits) {}
+    bool holds(std::string_view name);
+
+    std::vector<std::string_view> variables;  // in order, repeats and all
+    std::unordered_set<std::string_view> index;
+    std::size_t indexed = 0;  // how many of `variables` are in `index`
     bool inheritsParent;
   };
 
