@@ -293,7 +293,10 @@ class DotOperation final : public Expression<F> {
     this->adopt(field);
   }
   Expression<F> const* getLeft() const noexcept { return left_; }
-  Field<F> const& getField() const noexcept { return *field_; }
+  // Not noexcept: rules hand this accessor to a pipe operator as a member
+  // pointer of type `Field const& (DotOperation::*)() const`, and noexcept
+  // would make it a different type.
+  Field<F> const& getField() const { return *field_; }
 
   /// Calls `fn` with each child, in walk order; absent optional children are skipped.
   template <class Fn>

@@ -9,7 +9,7 @@ namespace lf::astapi {
 /// Operators of `BinaryOperation`. The stream output is the operator's
 /// spelling in source ("+", ".*", "&&"); `SuperclassCall` is the `@` of
 /// `name@Super`.
-enum class BinaryOperator : std::uint8_t {
+enum class BinaryOperator : std::uint32_t {
   Plus,                // +
   Minus,               // -
   MatrixTimes,         // *
@@ -35,7 +35,7 @@ enum class BinaryOperator : std::uint8_t {
 
 /// Operators of `UnaryOperation`: the prefix operators, the two postfix
 /// transposes, `@name` (a function handle) and `?Name` (a metaclass query).
-enum class UnaryOperator : std::uint8_t {
+enum class UnaryOperator : std::uint32_t {
   Plus,              // +a
   Minus,             // -a
   Not,               // ~a

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <set>
 #include <sstream>
 #include <type_traits>
@@ -84,6 +85,21 @@ TEST(Tree, BuilderSetsKindsBitsParentsAndKeepsTexts) {
   EXPECT_EQ(tree->getNodeCount(), 7u);
   static_assert(std::is_trivially_destructible_v<ast::Program>);
   static_assert(std::is_trivially_destructible_v<ast::NumberLiteral>);
+}
+
+// Types that rules name exactly: an accessor handed to a pipe operator as a
+// member pointer is keyed by its type, and operators are switched on as
+// 32-bit keys.
+TEST(Tree, AccessorsAndOperatorsHaveTheTypesRulesName) {
+  static_assert(std::is_same_v<decltype(&ast::DotOperation::getField),
+                               ast::Field const& (ast::DotOperation::*)() const>);
+  static_assert(sizeof(lf::astapi::BinaryOperator) == 4 &&
+                std::is_same_v<std::underlying_type_t<lf::astapi::BinaryOperator>, std::uint32_t>);
+  static_assert(sizeof(lf::astapi::UnaryOperator) == 4 &&
+                std::is_same_v<std::underlying_type_t<lf::astapi::UnaryOperator>, std::uint32_t>);
+  TreeMaker t;
+  auto* dot = t.b.make<ast::DotOperation>(t.id("s"), t.field("f"));
+  EXPECT_EQ((dot->*&ast::DotOperation::getField)().getStringId(), ca::astapi::StringId(u"f"));
 }
 
 TEST(Tree, BuilderRefusesWorkAfterHandingTheTreeOver) {
