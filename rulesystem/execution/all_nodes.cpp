@@ -5,6 +5,7 @@
 
 #include "platform/usedef/usedef_analysis.hpp"
 #include "rulesystem/execution/ast_dispatcher.hpp"
+#include "rulesystem/graph/run_scope.hpp"
 
 namespace ca::rulesystem {
 
@@ -35,6 +36,9 @@ std::vector<ProducerConsumerBase const*> AllNodes::allProducers() const {
 }
 
 void AllNodes::execute(ca::Analysis const& analysis, MessageHelper const* helper) const {
+  // Ends the run, also by an exception: signals that subrules recorded for
+  // this analysis and nobody tested are dropped here.
+  RunScope const run(analysis);
   AstDispatcher dispatcher(this, &analysis, helper);
   dispatcher.dispatch(analysis.getProgram());
 

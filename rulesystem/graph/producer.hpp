@@ -13,6 +13,7 @@
 #include "rulesystem/execution/message_helper.hpp"
 #include "rulesystem/execution/profiler.hpp"
 #include "rulesystem/graph/consumer.hpp"
+#include "rulesystem/graph/run_scope.hpp"
 #include "rulesystem/graph/stage.hpp"
 
 namespace ca::rulesystem {
@@ -62,12 +63,14 @@ class ProducerImpl : public ProducerBase {
 
   /// Links a consumer below this producer; it runs after those attached before.
   void attach(std::shared_ptr<Consumer<T>> consumer) {
+    PLEXUS_CHECK_DECLARING("a consumer was attached to a producer");
     consumer->producers_.insert(this);
     consumers_.push_back(std::move(consumer));
   }
 
   /// Unlinks a consumer, keeping the order of the others.
   void detach(Consumer<T> const* consumer) {
+    PLEXUS_CHECK_DECLARING("a consumer was detached from a producer");
     producersOf(consumer).erase(this);
     std::erase_if(consumers_, [consumer](auto const& held) { return held.get() == consumer; });
   }

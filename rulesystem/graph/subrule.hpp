@@ -7,6 +7,7 @@
 #include <string>
 
 #include "rulesystem/graph/producer.hpp"
+#include "rulesystem/graph/run_scope.hpp"
 
 namespace ca::rulesystem {
 
@@ -26,8 +27,11 @@ namespace ca::rulesystem {
 /// producer; the destructor detaches it. `matches` is the one state of the
 /// graph that changes during runs; it is keyed by analysis and guarded by a
 /// mutex, so that runs on several threads over different analyses share it.
+/// A signal left untested when a run of `AllNodes::execute` ends is dropped
+/// with the run (also when it ends by an exception): an analysis that is
+/// freed and another made at its address must not inherit it.
 template <class T>
-class SubrulePredicate final : public Predicate<Typeless> {
+class SubrulePredicate final : public Predicate<Typeless>, public RunState {
  public:
   /// Delivers the analysis of each item it receives to its owner.
   class SubruleConsumer final : public Consumer<T> {
@@ -36,8 +40,13 @@ class SubrulePredicate final : public Predicate<Typeless> {
     std::u16string kindDescription() const override { return u"SubruleConsumer"; }
     std::u16string detailsDescription() const override { return u"?"; }
     void consume(T, ca::Analysis const& analysis, MessageHelper const*) const override {
-      std::lock_guard lock(owner->mutex);
-      owner->matches.insert(&analysis);
+      bool inserted = false;
+      {
+        std::lock_guard lock(owner->mutex);
+        inserted = owner->matches.insert(&analysis).second;
+      }
+      if (!inserted) return;
+      if (RunScope* const run = RunScope::current()) run->note(owner);
     }
     SubrulePredicate* const owner;
   };
@@ -64,6 +73,11 @@ class SubrulePredicate final : public Predicate<Typeless> {
   bool test(Typeless, ca::Analysis const& analysis) override {
     std::lock_guard lock(mutex);
     return matches.erase(&analysis) > 0;
+  }
+
+  void forget(ca::Analysis const* analysis) noexcept override {
+    std::lock_guard lock(mutex);
+    matches.erase(analysis);
   }
 
   Producer<T> const producer;

@@ -88,6 +88,7 @@ class Switch final : public Consumer<In> {
   /// The case for `key`, made when it is not there yet.
   std::shared_ptr<CaseProducer> getCase(Key const& key) {
     if (auto found = cases.find(key); found != cases.end()) return found->second;
+    PLEXUS_CHECK_DECLARING("a case was added to a switch");
     // The case is made before the key is entered: should making it fail, the
     // map holds no key without a case for `consume` to meet.
     auto made = std::make_shared<CaseProducer>(this, key);

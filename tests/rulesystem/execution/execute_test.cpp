@@ -170,4 +170,45 @@ TEST(Execute, ConsumerThatThrowsInTreePassStopsTheRunBeforeUseDefs) {
   EXPECT_NO_THROW(all.execute(*clean, nullptr));
 }
 
+// A consumer that declares a rule while the graph runs, which would change the
+// consumer list that the producer handing it the item is looping over.
+class DeclaringConsumer final : public Consumer<Assignment const&> {
+ public:
+  explicit DeclaringConsumer(AllNodes* all) : all_(all) {}
+  std::u16string kindDescription() const override { return u"DeclaringConsumer"; }
+  std::u16string detailsDescription() const override { return u""; }
+  void consume(Assignment const&, ca::Analysis const&, MessageHelper const*) const override {
+    Log ignored;
+    plexus::testing::record(all_->assignment, ignored, "late");
+  }
+
+ private:
+  AllNodes* all_;
+};
+
+TEST(Execute, CheckedBuildsStopADeclarationDuringARun) {
+#ifndef PLEXUS_CHECKED
+  GTEST_SKIP() << "only checked builds (debug, sanitizers) look for declarations during a run";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(
+      {
+        Fixture f;
+        AllNodes all;
+        all.assignment | std::make_shared<DeclaringConsumer>(&all);
+        all.execute(*f.analysis, nullptr);
+      },
+      "a consumer was attached to a producer while 1 run\\(s\\) of a rule graph are in progress");
+  // Declaring between runs is what rules do, and stays allowed.
+  Fixture f;
+  AllNodes all;
+  Log log;
+  all.execute(*f.analysis, nullptr);
+  plexus::testing::record(all.assignment, log, "assignment");
+  all.execute(*f.analysis, nullptr);
+  EXPECT_EQ(log.size(), 2u);
+  EXPECT_EQ(RunScope::runsInProgress(), 0u);
+#endif
+}
+
 }  // namespace

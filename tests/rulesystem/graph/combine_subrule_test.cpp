@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "rulesystem/execution/all_nodes.hpp"
@@ -164,6 +166,38 @@ TEST(Subrule, AnswersAboutTheItemAtHandDuringAWalk) {
   });
   all.execute(*analysis, nullptr);
   EXPECT_EQ(log, Log({"numbers", "mixed"}));
+}
+
+// A signal that no stage tested during a run ends with the run, also when the
+// run ends by an exception: an analysis made later at the same address must
+// not be answered true.
+TEST(Subrule, SignalsPendingWhenARunEndsAreDropped) {
+  TreeMaker t;
+  std::shared_ptr<ca::astapi::SyntaxTree const> tree = t.program({t.stmt(t.b.make<Row>(t.exprs({})))});
+  AllNodes all;
+  auto rows = all.row | std::make_unique<AcceptAll>();
+  SubrulePredicate<Row const&> watching(rows);  // delivers, but nothing tests it
+
+  std::optional<ca::clients::AnalysisImpl> slot;
+  slot.emplace(tree, std::make_shared<plexus::testing::TestProvider>());
+  ca::Analysis const* const address = &*slot;
+  all.execute(*slot, nullptr);
+  EXPECT_TRUE(watching.matches.empty());
+  slot.reset();
+  slot.emplace(tree, std::make_shared<plexus::testing::TestProvider>());
+  ASSERT_EQ(&*slot, address);
+  EXPECT_FALSE(watching.test(Typeless{}, *slot)) << "a new analysis inherited a signal of a freed one";
+
+  // Ended by an exception: a consumer after the subrule's branch throws.
+  all.row | std::make_shared<plexus::testing::Thrower<Row const&>>();
+  EXPECT_THROW(all.execute(*slot, nullptr), std::runtime_error);
+  EXPECT_TRUE(watching.matches.empty());
+
+  // Outside a run the signal stays until tested, as it always did.
+  auto const& row = *static_cast<ExpressionStatement const&>(*slot->getProgram()->getBody()[0]).getExpression();
+  rows.impl->produce(static_cast<Row const&>(row), *slot, nullptr);
+  EXPECT_FALSE(watching.matches.empty());
+  EXPECT_TRUE(watching.test(Typeless{}, *slot));
 }
 
 }  // namespace
