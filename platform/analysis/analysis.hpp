@@ -45,15 +45,14 @@ class Analysis {
   ///     auto const& useDefs = analysis.get<ca::usedef::UseDefAnalysis>();
   template <class T>
   T& get() const {
-    astapi::StringId const key = T::GetAnalysisId();
-    if (auto found = cache_.find(key); found != cache_.end()) {
-      return *static_cast<T*>(found->second.get());
-    }
-    std::shared_ptr<void> created = T::Create(*this);
-    // An entry made meanwhile under the same key (by a Create that asked for
-    // this analysis itself) stays; the new one is dropped with `created`.
-    auto entry = cache_.emplace(key, std::move(created)).first;
-    return *static_cast<T*>(entry->second.get());
+    return *static_cast<T*>(cachedOrCreated<T>().get());
+  }
+
+  /// The same instance as `get<T>`, as a shared handle, for those who hand
+  /// it on.
+  template <class T>
+  std::shared_ptr<T> getHandle() const {
+    return std::static_pointer_cast<T>(cachedOrCreated<T>());
   }
 
   /// Computes the use-def records of this file; called once, by
@@ -64,6 +63,18 @@ class Analysis {
   virtual std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const = 0;
 
  private:
+  // The cache entry of T, made by `T::Create` when missing. The entry holds a
+  // handle to a T, converted to void.
+  template <class T>
+  std::shared_ptr<void> const& cachedOrCreated() const {
+    astapi::StringId const key = T::GetAnalysisId();
+    if (auto found = cache_.find(key); found != cache_.end()) return found->second;
+    std::shared_ptr<void> created = std::shared_ptr<T>(T::Create(*this));
+    // An entry made meanwhile under the same key (by a Create that asked for
+    // this analysis itself) stays; the new one is dropped with `created`.
+    return cache_.emplace(key, std::move(created)).first->second;
+  }
+
   struct StringIdHash {
     std::size_t operator()(astapi::StringId id) const noexcept { return id.hash(); }
   };

@@ -4,6 +4,11 @@
 #include <string>
 
 #include "platform/callresolution/call.hpp"
+#include "platform/codegeneration/code_generation_analysis.hpp"
+#include "platform/context/context_analysis.hpp"
+#include "platform/i18n/i18n.hpp"
+#include "platform/tosk/tosk_analysis.hpp"
+#include "platform/typevalue/type_value_analysis.hpp"
 #include "platform/controlflow/control_flow.hpp"
 #include "platform/nameresolution/symbol_table.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
@@ -46,9 +51,13 @@ std::shared_ptr<callresolution::CallResolutionAnalysis const> AnalysisProvider::
   notProvided("call-resolution analysis");
 }
 
+std::shared_ptr<void> AnalysisProvider::makeAnalysis(astapi::StringId analysisId, AnalysisImpl const&) const {
+  throw std::logic_error("this analysis provider computes no " + fl::i18n::to_utf8(analysisId.getString()));
+}
+
 AnalysisImpl::AnalysisImpl(std::shared_ptr<astapi::SyntaxTree const> tree,
-                           std::shared_ptr<AnalysisProvider const> provider)
-    : tree_(std::move(tree)), provider_(std::move(provider)) {
+                           std::shared_ptr<AnalysisProvider const> provider, AnalysisOptions options)
+    : tree_(std::move(tree)), provider_(std::move(provider)), options_(options) {
   if (!tree_ || !provider_) throw std::invalid_argument("AnalysisImpl needs a tree and a provider");
 }
 
@@ -73,6 +82,17 @@ std::shared_ptr<usedef::UseDefAnalysis> AnalysisImpl::makeUseDefAnalysis() const
 
 std::shared_ptr<controlflow::ControlFlowAnalysis> AnalysisImpl::makeControlFlowAnalysis() const {
   return provider_->makeControlFlowAnalysis(*this);
+}
+
+std::shared_ptr<typevalue::TypeValueAnalysis> AnalysisImpl::getTypeValueAnalysis() const {
+  return getHandle<typevalue::TypeValueAnalysis>();
+}
+std::shared_ptr<tosk::ToskAnalysis> AnalysisImpl::getToskAnalysis() const { return getHandle<tosk::ToskAnalysis>(); }
+std::shared_ptr<codegeneration::CodeGenerationAnalysis> AnalysisImpl::getCodeGenerationAnalysis() const {
+  return getHandle<codegeneration::CodeGenerationAnalysis>();
+}
+std::shared_ptr<context::ContextAnalysis> AnalysisImpl::getContextAnalysis() const {
+  return getHandle<context::ContextAnalysis>();
 }
 
 }  // namespace ca::clients

@@ -11,10 +11,31 @@ class IdUseAnalysis;
 namespace ca::callresolution {
 class CallResolutionAnalysis;
 }
+namespace ca::typevalue {
+class TypeValueAnalysis;
+}
+namespace ca::tosk {
+class ToskAnalysis;
+}
+namespace ca::codegeneration {
+class CodeGenerationAnalysis;
+}
+namespace ca::context {
+class ContextAnalysis;
+}
 
 namespace ca::clients {
 
 class AnalysisImpl;
+class UnsupportedFeatures;
+
+/// The options a file is analysed with. Only which features code generation
+/// does not support is read by rules.
+struct AnalysisOptions {
+  /// What code generation does not support, and why; null when the caller
+  /// gives no such table.
+  UnsupportedFeatures const* unsupportedFeatures = nullptr;
+};
 
 /// Computes the analyses of one file on behalf of an `AnalysisImpl`. The
 /// front end supplies the real one; tests supply their own answers. A
@@ -29,6 +50,9 @@ class AnalysisProvider {
   virtual std::shared_ptr<nameresolution::IdUseAnalysis const> makeIdUseAnalysis(AnalysisImpl const& analysis) const;
   virtual std::shared_ptr<callresolution::CallResolutionAnalysis const> makeCallResolutionAnalysis(
       AnalysisImpl const& analysis) const;
+  /// Makes the analysis whose class has `analysisId` as its `GetAnalysisId`,
+  /// as a handle to that class converted to void (see `createByProvider`).
+  virtual std::shared_ptr<void> makeAnalysis(astapi::StringId analysisId, AnalysisImpl const& analysis) const;
 };
 
 /// The analysis of a file that owns its syntax tree and hands out the analyses
@@ -37,7 +61,8 @@ class AnalysisProvider {
 /// Invariants: the tree is never null and outlives every analysis handed out.
 class AnalysisImpl : public Analysis {
  public:
-  AnalysisImpl(std::shared_ptr<astapi::SyntaxTree const> tree, std::shared_ptr<AnalysisProvider const> provider);
+  AnalysisImpl(std::shared_ptr<astapi::SyntaxTree const> tree, std::shared_ptr<AnalysisProvider const> provider,
+               AnalysisOptions options = {});
 
   ast::Program const* getProgram() const override { return tree_->getProgram(); }
   FileType getFileType() const override { return tree_->getFileType(); }
@@ -50,6 +75,15 @@ class AnalysisImpl : public Analysis {
   /// Which nodes are calls, computed on first use.
   std::shared_ptr<callresolution::CallResolutionAnalysis const> const& getCallResolutionAnalysis() const;
   std::shared_ptr<astapi::SyntaxTree const> const& getTree() const noexcept { return tree_; }
+  AnalysisProvider const& getProvider() const noexcept { return *provider_; }
+  AnalysisOptions getAnalysisOptions() const noexcept { return options_; }
+
+  /// The analyses below are made through `Analysis::get<T>` and its cache,
+  /// and handed out as shared handles.
+  std::shared_ptr<typevalue::TypeValueAnalysis> getTypeValueAnalysis() const;
+  std::shared_ptr<tosk::ToskAnalysis> getToskAnalysis() const;
+  std::shared_ptr<codegeneration::CodeGenerationAnalysis> getCodeGenerationAnalysis() const;
+  std::shared_ptr<context::ContextAnalysis> getContextAnalysis() const;
 
   std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const override;
   std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override;
@@ -57,6 +91,7 @@ class AnalysisImpl : public Analysis {
  private:
   std::shared_ptr<astapi::SyntaxTree const> tree_;
   std::shared_ptr<AnalysisProvider const> provider_;
+  AnalysisOptions options_;
   mutable std::shared_ptr<nameresolution::SymbolTable const> symbolTable_;
   mutable std::shared_ptr<nameresolution::IdUseAnalysis const> idUse_;
   mutable std::shared_ptr<callresolution::CallResolutionAnalysis const> callResolution_;

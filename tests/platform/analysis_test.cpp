@@ -4,7 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <typeinfo>
 
+#include "platform/abstractinterpretation/abstract_interpretation_analysis.hpp"
+#include "platform/codegeneration/code_generation_analysis.hpp"
+#include "platform/context/context_analysis.hpp"
+#include "platform/parfor/parfor_analysis.hpp"
+#include "platform/tosk/tosk_analysis.hpp"
+#include "platform/typevalue/type_value_analysis.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
 #include "tests/support/test_analysis.hpp"
 #include "tests/support/tree_maker.hpp"
@@ -87,6 +94,72 @@ TEST_F(AnalysisTest, AnalysesThatTheProviderDoesNotMakeAreNamedWhenAsked) {
     EXPECT_STREQ(e.what(), "this analysis provider computes no call-resolution analysis");
   }
   EXPECT_THROW(analysis->getIdUseAnalysis(), std::logic_error);
+}
+
+// Analyses made through the provider under their id: one instance per
+// analysis, the same through `get<T>` and the getter, and asked only when
+// first wanted.
+class TypeValuesForTest final : public ca::typevalue::TypeValueAnalysis {
+ public:
+  int marker = 42;
+};
+class ParforForTest final : public ca::parfor::ParforAnalysis {};
+
+class ProviderOfTwo final : public ca::clients::AnalysisProvider {
+ public:
+  std::shared_ptr<void> makeAnalysis(ca::astapi::StringId id, ca::clients::AnalysisImpl const& a) const override {
+    ++asked;
+    if (id == ca::typevalue::TypeValueAnalysis::GetAnalysisId()) {
+      return std::shared_ptr<ca::typevalue::TypeValueAnalysis>(std::make_shared<TypeValuesForTest>());
+    }
+    if (id == ca::parfor::ParforAnalysis::GetAnalysisId()) {
+      return std::shared_ptr<ca::parfor::ParforAnalysis>(std::make_shared<ParforForTest>());
+    }
+    if (id == ca::tosk::ToskAnalysis::GetAnalysisId()) return nullptr;  // a faulty provider
+    return AnalysisProvider::makeAnalysis(id, a);
+  }
+  mutable int asked = 0;
+};
+
+TEST_F(AnalysisTest, ProvidedAnalysesAreMadeOnceUnderTheirIdAndNamedWhenMissing) {
+  auto twoProvider = std::make_shared<ProviderOfTwo>();
+  ca::clients::AnalysisImpl const impl(TreeMaker().program({}), twoProvider);
+  EXPECT_EQ(twoProvider->asked, 0);
+  auto const typeValues = impl.getTypeValueAnalysis();
+  EXPECT_EQ(typeValues.get(), &impl.get<ca::typevalue::TypeValueAnalysis>());
+  EXPECT_EQ(dynamic_cast<TypeValuesForTest&>(*typeValues).marker, 42);
+  EXPECT_NE(dynamic_cast<ParforForTest*>(&impl.get<ca::parfor::ParforAnalysis>()), nullptr);
+  impl.get<ca::parfor::ParforAnalysis>();
+  EXPECT_EQ(twoProvider->asked, 2);
+
+  try {
+    impl.getContextAnalysis();
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "this analysis provider computes no ca::context::ContextAnalysis");
+  }
+  try {
+    impl.getToskAnalysis();
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "AnalysisProvider made no ca::tosk::ToskAnalysis");
+  }
+  EXPECT_THROW(impl.getCodeGenerationAnalysis(), std::logic_error);
+  EXPECT_THROW(impl.get<ca::abstractinterpretation::AbstractInterpretationAnalysis>(), std::logic_error);
+  EXPECT_EQ(impl.getAnalysisOptions().unsupportedFeatures, nullptr);
+}
+
+// An analysis that is not an AnalysisImpl has no provider to ask.
+TEST(ProvidedAnalysis, CreateOnAnotherAnalysisIsABadCast) {
+  class Bare final : public ca::Analysis {
+   public:
+    ca::ast::Program const* getProgram() const override { return nullptr; }
+    ca::FileType getFileType() const override { return ca::FileType::Script; }
+    ca::nameresolution::SymbolTable const* getSymbolTable() const override { return nullptr; }
+    std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis() const override { return nullptr; }
+    std::shared_ptr<ca::controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override { return nullptr; }
+  } const bare;
+  EXPECT_THROW(bare.get<ca::typevalue::TypeValueAnalysis>(), std::bad_cast);
 }
 
 TEST_F(AnalysisTest, RequiresATreeAndAProvider) {
