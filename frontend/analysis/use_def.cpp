@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <unordered_map>
+#include <utility>
 #include <vector>
+
+#include "frontend/analysis/reaching_definitions.hpp"
 
 namespace frontend {
 
@@ -27,14 +30,16 @@ struct Event {
 };
 
 // Collects the events of one statement (or of a body's entry) and makes
-// their records.
+// their records. Expressions are read with a stack of their own, so that a
+// deep one costs heap, not call stack.
 class EventCollector {
  public:
-  EventCollector(FileSymbols const& symbols, std::vector<std::unique_ptr<UseDefBase>>& records)
-      : symbols_(symbols), records_(records) {}
+  EventCollector(FileSymbols const& symbols, std::vector<std::unique_ptr<UseDefBase>>& records,
+                 std::vector<Event>& events)
+      : symbols_(symbols), records_(records), events_(events) {}
 
-  std::vector<Event> statement(ast::Node const& node) {
-    events_.clear();
+  /// Appends the events of a statement.
+  void statement(ast::Node const& node) {
     switch (node.getKind()) {
       case NodeKind::Assignment: {
         auto const& assignment = static_cast<ast::Assignment const&>(node);
@@ -100,18 +105,15 @@ class EventCollector {
         break;
       default: break;
     }
-    return events_;
   }
 
-  // The inputs of a function, defined at its entry.
-  std::vector<Event> entry(ast::Node const& owner) {
-    events_.clear();
+  /// Appends the events of a body's entry: the inputs of a function.
+  void entry(ast::Node const& owner) {
     if (owner.getKind() == NodeKind::Function || owner.getKind() == NodeKind::MethodDefinition) {
       for (auto const* input : static_cast<ast::Function const&>(owner).getInputs()) {
         define<ca::usedef::InputDef>(input->getIdentifier());
       }
     }
-    return events_;
   }
 
  private:
@@ -141,18 +143,32 @@ class EventCollector {
   }
 
   // Every variable read in an expression, in evaluation order (left to
-  // right); an anonymous function's inputs are defined where it is made.
-  void reads(ast::Node const* node) {
-    if (node == nullptr) return;
-    switch (node->getKind()) {
-      case NodeKind::Identifier: use(static_cast<ast::Identifier const&>(*node)); return;
-      case NodeKind::AnonymousFunction: {
-        auto const& lambda = static_cast<ast::AnonymousFunction const&>(*node);
-        for (auto const* input : lambda.getInputs()) define<ca::usedef::InputDef>(input->getIdentifier());
-        reads(lambda.getBody());
-        return;
+  // right, depth first); an anonymous function's inputs are defined where it
+  // is made.
+  void reads(ast::Node const* expression) {
+    if (expression == nullptr) return;
+    pending_.push_back(expression);
+    while (!pending_.empty()) {
+      ast::Node const* node = pending_.back();
+      pending_.pop_back();
+      switch (node->getKind()) {
+        case NodeKind::Identifier: use(static_cast<ast::Identifier const&>(*node)); break;
+        case NodeKind::AnonymousFunction: {
+          auto const& lambda = static_cast<ast::AnonymousFunction const&>(*node);
+          for (auto const* input : lambda.getInputs()) define<ca::usedef::InputDef>(input->getIdentifier());
+          if (lambda.getBody() != nullptr) pending_.push_back(lambda.getBody());
+          break;
+        }
+        default: {
+          // Children go on the stack last first, so that the first is read first.
+          std::size_t const mark = pending_.size();
+          lf::astapi::forEachChild(*node, [this](ast::Node const* child) {
+            if (child != nullptr) pending_.push_back(child);
+          });
+          std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(mark), pending_.end());
+          break;
+        }
       }
-      default: lf::astapi::forEachChild(*node, [this](ast::Node const* child) { reads(child); });
     }
   }
 
@@ -203,103 +219,73 @@ class EventCollector {
 
   FileSymbols const& symbols_;
   std::vector<std::unique_ptr<UseDefBase>>& records_;
-  std::vector<Event> events_;
+  std::vector<Event>& events_;
+  std::vector<ast::Node const*> pending_;
 };
 
-// Reaching definitions over one graph: a bit per definition of the graph.
-class ReachingDefinitions {
+// Links the uses of each graph to the definitions that reach them.
+class GraphLinker {
  public:
-  ReachingDefinitions(ControlFlowGraph const& graph, EventCollector& collector) {
+  GraphLinker(FileSymbols const& symbols, std::vector<std::unique_ptr<UseDefBase>>& records)
+      : collector_(symbols, records, events_) {}
+
+  void link(ControlFlowGraph const& graph) {
+    ++graphNumber_;
     auto const& nodes = graph.getNodes();
-    for (std::size_t i = 0; i < nodes.size(); ++i) index_.emplace(nodes[i].get(), i);
-    events_.resize(nodes.size());
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
+    auto const count = static_cast<std::uint32_t>(nodes.size());
+    index_.clear();
+    index_.reserve(count);
+    for (std::uint32_t i = 0; i < count; ++i) index_.emplace(nodes[i].get(), i);
+
+    VariableFlow flow;
+    flow.successors.start.reserve(count + 1);
+    flow.eventStart.reserve(count + 1);
+    events_.clear();
+    for (std::uint32_t i = 0; i < count; ++i) {
       ControlFlowNode const& node = *nodes[i];
-      if (node.kind == ControlFlowNode::Kind::Entry) events_[i] = collector.entry(*node.syntax);
-      if (node.kind == ControlFlowNode::Kind::Statement) events_[i] = collector.statement(*node.syntax);
-      for (Event const& event : events_[i]) {
-        if (event.definition != nullptr) {
-          definitionIndex_.emplace(event.definition, definitions_.size());
-          bySymbol_[event.symbol].push_back(definitions_.size());
-          definitions_.push_back(event);
-        }
+      for (ControlFlowNode const* successor : node.successors) flow.successors.targets.push_back(index_.at(successor));
+      flow.successors.start.push_back(static_cast<std::uint32_t>(flow.successors.targets.size()));
+
+      std::size_t const first = events_.size();
+      if (node.kind == ControlFlowNode::Kind::Entry) collector_.entry(*node.syntax);
+      if (node.kind == ControlFlowNode::Kind::Statement) collector_.statement(*node.syntax);
+      for (std::size_t e = first; e < events_.size(); ++e) {
+        Event const& event = events_[e];
+        flow.events.push_back({variableOf(event.symbol, flow.variableCount), event.use != nullptr,
+                               event.definition != nullptr});
         if (event.use != nullptr) event.use->setCfgNode(&node);
       }
+      flow.eventStart.push_back(static_cast<std::uint32_t>(events_.size()));
     }
-    words_ = (definitions_.size() + 63) / 64;
-    solve(graph);
+
+    solver_.solve(flow, [this](std::uint32_t use, std::span<std::uint32_t const> definitions) {
+      std::vector<Definition const*> reached;
+      reached.reserve(definitions.size());
+      for (std::uint32_t definition : definitions) reached.push_back(events_[definition].definition);
+      std::stable_sort(reached.begin(), reached.end(), [](Definition const* a, Definition const* b) {
+        return a->getIdentifier()->getSourceRange().first.offset < b->getIdentifier()->getSourceRange().first.offset;
+      });
+      events_[use].use->setDefinitions(std::move(reached));
+    });
   }
 
  private:
-  using Bits = std::vector<std::uint64_t>;
-
-  std::vector<std::size_t> const& definitionsOf(Symbol const* symbol) const {
-    static std::vector<std::size_t> const none;
-    auto found = bySymbol_.find(symbol);
-    return found == bySymbol_.end() ? none : found->second;
-  }
-
-  // Applies a node's events to the set of reaching definitions; with
-  // `link`, tells each use which definitions reach it.
-  void transfer(std::size_t node, Bits& reaching, bool link) const {
-    for (Event const& event : events_[node]) {
-      if (event.use != nullptr && link) {
-        std::vector<Definition const*> reached;
-        for (std::size_t d : definitionsOf(event.symbol)) {
-          if ((reaching[d / 64] >> (d % 64) & 1) != 0) reached.push_back(definitions_[d].definition);
-        }
-        std::sort(reached.begin(), reached.end(), [](Definition const* a, Definition const* b) {
-          return a->getIdentifier()->getSourceRange().first.offset < b->getIdentifier()->getSourceRange().first.offset;
-        });
-        event.use->setDefinitions(std::move(reached));
-      }
-      if (event.definition != nullptr) {
-        // A definition replaces every other definition of its variable.
-        for (std::size_t d : definitionsOf(event.symbol)) reaching[d / 64] &= ~(std::uint64_t{1} << (d % 64));
-        std::size_t const own = definitionIndex_.at(event.definition);
-        reaching[own / 64] |= std::uint64_t{1} << (own % 64);
-      }
+  // The number of a variable within the current graph, given on first sight.
+  std::uint32_t variableOf(Symbol const* symbol, std::uint32_t& count) {
+    auto& [graph, number] = variables_[symbol];
+    if (graph != graphNumber_) {
+      graph = graphNumber_;
+      number = count++;
     }
+    return number;
   }
 
-  void solve(ControlFlowGraph const& graph) {
-    auto const& nodes = graph.getNodes();
-    std::vector<Bits> in(nodes.size(), Bits(words_, 0));
-    std::vector<Bits> out(nodes.size(), Bits(words_, 0));
-    std::vector<std::size_t> work;
-    for (std::size_t i = nodes.size(); i-- > 0;) work.push_back(i);
-    std::vector<bool> queued(nodes.size(), true);
-    while (!work.empty()) {
-      std::size_t const i = work.back();
-      work.pop_back();
-      queued[i] = false;
-      Bits result = in[i];
-      transfer(i, result, false);
-      if (result == out[i]) continue;
-      out[i] = std::move(result);
-      for (ControlFlowNode const* successor : nodes[i]->successors) {
-        std::size_t const s = index_.at(successor);
-        bool changed = false;
-        for (std::size_t w = 0; w < words_; ++w) {
-          std::uint64_t const merged = in[s][w] | out[i][w];
-          changed |= merged != in[s][w];
-          in[s][w] = merged;
-        }
-        if (changed && !queued[s]) {
-          queued[s] = true;
-          work.push_back(s);
-        }
-      }
-    }
-    for (std::size_t i = 0; i < nodes.size(); ++i) transfer(i, in[i], true);
-  }
-
-  std::unordered_map<ControlFlowNode const*, std::size_t> index_;
-  std::vector<std::vector<Event>> events_;
-  std::vector<Event> definitions_;
-  std::unordered_map<Definition const*, std::size_t> definitionIndex_;
-  std::unordered_map<Symbol const*, std::vector<std::size_t>> bySymbol_;
-  std::size_t words_ = 0;
+  std::vector<Event> events_;
+  EventCollector collector_;
+  ReachingDefinitions solver_;
+  std::unordered_map<ControlFlowNode const*, std::uint32_t> index_;
+  std::unordered_map<Symbol const*, std::pair<std::uint32_t, std::uint32_t>> variables_;  // (graph, number)
+  std::uint32_t graphNumber_ = 0;
 };
 
 }  // namespace
@@ -307,8 +293,8 @@ class ReachingDefinitions {
 std::shared_ptr<ca::usedef::UseDefAnalysis> buildUseDefs(ast::Program const&, FileSymbols const& symbols,
                                                          ca::controlflow::ControlFlowAnalysis const& flow) {
   std::vector<std::unique_ptr<UseDefBase>> records;
-  EventCollector collector(symbols, records);
-  for (auto const& graph : flow.getGraphs()) ReachingDefinitions(*graph, collector);
+  GraphLinker linker(symbols, records);
+  for (auto const& graph : flow.getGraphs()) linker.link(*graph);
   std::stable_sort(records.begin(), records.end(), [](auto const& a, auto const& b) {
     return a->getIdentifier()->getSourceRange().first.offset < b->getIdentifier()->getSourceRange().first.offset;
   });
