@@ -16,7 +16,7 @@ namespace frontend {
 /// is a transpose (it follows a value with no blank between) or opens a char
 /// vector, where numbers end (`1./a`), comments, block comments and
 /// continuations. Command syntax and shell escapes, which the parser
-/// recognises, are read raw through `readCommandWords` and `readRestOfLine`.
+/// recognises, are read raw through `nextCommandWord` and `readRestOfLine`.
 ///
 /// Invariants: tokens never span lines; every offset is within the source;
 /// the source outlives the lexer and its tokens.

@@ -21,7 +21,10 @@ struct ParseResult {
 
 /// The most syntax errors reported for one file; parsing stops there.
 inline constexpr std::size_t maxErrorsPerFile = 100;
-/// The deepest nesting of expressions and blocks that the parser follows.
+/// The deepest nesting of expressions and blocks that the parser follows. A
+/// chain that grows to the left (a.b.c, 1+2+3, x(1){2}) counts as deep as it
+/// is long, so no tree the parser gives is more than a few levels deeper:
+/// its consumers may walk it recursively.
 inline constexpr int maxNestingDepth = 256;
 
 /// Parses the source of one file of the analysed language. `path` names the

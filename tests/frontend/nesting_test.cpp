@@ -13,9 +13,16 @@
 #include <utility>
 #include <vector>
 
+#include "frontend/analyze.hpp"
 #include "frontend/parse.hpp"
 #include "frontend/tree_dump.hpp"
 #include "platform/ast/ast.hpp"
+#include "platform/callresolution/call.hpp"
+#include "platform/controlflow/control_flow.hpp"
+#include "platform/nameresolution/symbol_table.hpp"
+#include "platform/usedef/usedef_analysis.hpp"
+#include "rulesystem/execution/all_nodes.hpp"
+#include "tests/support/recorder.hpp"
 
 namespace {
 
@@ -77,6 +84,17 @@ struct Shape {
   std::function<std::string(int)> make;
 };
 
+// The largest size of a shape that parses without an error, found by
+// bisection between 1 and `largest`.
+int largestCleanSize(Shape const& shape, int largest) {
+  int clean = 1, failing = largest;
+  while (failing - clean > 1) {
+    int const middle = clean + (failing - clean) / 2;
+    (parseDeep(shape.make(middle)).errors.empty() ? clean : failing) = middle;
+  }
+  return clean;
+}
+
 // Each shape near its limit and far past it: the largest size that parses
 // cleanly (found by bisection) gives a deep tree, yet no tree comes out
 // deeper than the bound, at that size, just past it, or far past it; far
@@ -96,11 +114,8 @@ void checkShapes(std::vector<Shape> const& shapes, std::string_view error, int l
       EXPECT_NE(far.dump.find("(Assignment (Identifier y) (NumberLiteral 2))"), std::string::npos);
     }
 
-    int clean = 1, failing = largest;
-    while (failing - clean > 1) {
-      int const middle = clean + (failing - clean) / 2;
-      (parseSize(middle).errors.empty() ? clean : failing) = middle;
-    }
+    int const clean = largestCleanSize(shape, largest);
+    int const failing = clean + 1;
     Parsed const deepest = parseSize(clean);
     EXPECT_GT(deepest.depth, static_cast<std::size_t>(maxNestingDepth) / 2) << "the limit is reached too early";
     EXPECT_LE(deepest.depth, depthBound);
@@ -196,6 +211,50 @@ TEST(DeepChains, TheDiagnosticSaysWhereTheChainGrewTooDeep) {
   EXPECT_GT(d.column, 6u + 2 * static_cast<unsigned>(maxNestingDepth - 16));
   EXPECT_LT(d.column, 6u + 2 * static_cast<unsigned>(maxNestingDepth));
   EXPECT_EQ((d.column - 6) % 2, 0u) << "not the column of a dot: " << d.column;
+}
+
+}  // namespace
+
+namespace {
+
+// The deepest trees the parser gives go through every analysis and the rule
+// engine's walk, which recurse along the tree.
+TEST(DeepChains, TheDeepestTreesGoThroughEveryAnalysisAndTheRuleWalk) {
+  std::vector<Shape> const shapes = {
+      {"sums", [](int n) { return "x = 1" + repeat("+1", n) + ";"; }},
+      {"fields", [](int n) { return "x = a" + repeat(".b", n) + " + 1;"; }},
+      {"a mix of postfix and binary operations", [](int n) { return "x = a" + repeat(".b(2)+c'*d{1}", n) + ";"; }},
+      {"parentheses", [](int n) { return "x = " + repeat("(", n) + "1" + repeat(")", n) + ";"; }},
+      {"ifs", [](int n) { return repeat("if c\n", n) + "x = 1;\n" + repeat("end\n", n); }},
+  };
+  for (Shape const& shape : shapes) {
+    SCOPED_TRACE(shape.name);
+    std::string const source = shape.make(largestCleanSize(shape, 2'000));
+    frontend::AnalysisResult const result = frontend::analyze(source, "deep.m");
+    ASSERT_NE(result.analysis, nullptr);
+    ca::clients::AnalysisImpl const& analysis = *result.analysis;
+    ASSERT_GT(depthOf(*analysis.getProgram()), static_cast<std::size_t>(maxNestingDepth) / 2);
+
+    EXPECT_FALSE(analysis.getSymbolTable()->getSymbols().empty());
+    auto const& calls = *analysis.getCallResolutionAnalysis();
+    std::size_t numbers = 0;
+    std::vector<ca::ast::Node const*> pending{analysis.getProgram()};
+    while (!pending.empty()) {
+      ca::ast::Node const* node = pending.back();
+      pending.pop_back();
+      if (node->getKind() == lf::astapi::NodeKind::NumberLiteral) ++numbers;
+      EXPECT_EQ(calls.getCallInfo(*node).getNode(), node);
+      lf::astapi::forEachChild(*node, [&pending](ca::ast::Node const* child) { pending.push_back(child); });
+    }
+    analysis.get<ca::controlflow::ControlFlowAnalysis>();
+    EXPECT_FALSE(analysis.get<ca::usedef::UseDefAnalysis>().getAllUseDefs().empty());
+
+    ca::rulesystem::AllNodes all;
+    plexus::testing::Log log;
+    auto const recorder = plexus::testing::record(all.numberLiteral, log, "number");
+    all.execute(analysis, nullptr);
+    EXPECT_EQ(log.size(), numbers) << "the walk did not reach every number";
+  }
 }
 
 }  // namespace
