@@ -1,6 +1,7 @@
 #include "frontend/analysis/call_resolution.hpp"
 
 #include <string>
+#include <vector>
 
 namespace frontend {
 
@@ -45,47 +46,45 @@ std::optional<DottedName> dottedName(ast::Expression const* expression) {
   return name;
 }
 
-// Whether a node lies where names are not called: in a function handle, a
+// What the ancestors of a node say about calls at it, handed down from
+// parent to child in one walk instead of climbing back up for every node.
+struct Context {
+  ast::Method const* method = nullptr;  // the method the node lies in, if it lies in one
+  bool inScript = true;                 // outside every function and method
+  bool nameOnly = false;                // where names are not called
+};
+
+// Whether names below `parent` are not called: in a function handle, a
 // metaclass query, a superclass list, a validation or an arguments-block
-// entry's class part.
-bool inNameOnlyContext(ast::Node const& node) {
-  ast::Node const* child = &node;
-  for (ast::Node const* parent = node.getParent(); parent != nullptr; child = parent, parent = parent->getParent()) {
-    switch (parent->getKind()) {
-      case NodeKind::UnaryOperation: {
-        UnaryOperator const op = static_cast<ast::UnaryOperation const*>(parent)->getOperator();
-        if (op == UnaryOperator::FunctionHandle || op == UnaryOperator::Metaclass) return true;
-        break;
-      }
-      case NodeKind::Validation:
-      case NodeKind::Classdef: return true;
-      case NodeKind::Argument: return child != static_cast<ast::Argument const*>(parent)->getDefaultValue();
-      case NodeKind::DotOperation:
-      case NodeKind::ParenOperation:
-      case NodeKind::BraceOperation:
-      case NodeKind::BinaryOperation: break;
-      default: return false;  // an expression of any other kind, or a statement
+// entry's class part. Operations pass their parent's answer on.
+bool nameOnlyBelow(ast::Node const& parent, bool parentNameOnly, ast::Node const& child) {
+  switch (parent.getKind()) {
+    case NodeKind::UnaryOperation: {
+      UnaryOperator const op = static_cast<ast::UnaryOperation const&>(parent).getOperator();
+      return op == UnaryOperator::FunctionHandle || op == UnaryOperator::Metaclass || parentNameOnly;
     }
+    case NodeKind::Validation:
+    case NodeKind::Classdef: return true;
+    case NodeKind::Argument: return &child != static_cast<ast::Argument const&>(parent).getDefaultValue();
+    case NodeKind::DotOperation:
+    case NodeKind::ParenOperation:
+    case NodeKind::BraceOperation:
+    case NodeKind::BinaryOperation: return parentNameOnly;
+    default: return false;  // an expression of any other kind, or a statement
   }
-  return false;
 }
 
-// The method around a node, if the node lies in one.
-ast::Method const* enclosingMethod(ast::Node const& node) {
-  for (ast::Node const* at = node.getParent(); at != nullptr; at = at->getParent()) {
-    if (at->getKind() == NodeKind::MethodDefinition) return static_cast<ast::Method const*>(at);
-    if (at->getKind() == NodeKind::Function) return nullptr;
+Context contextOfChild(ast::Node const& parent, Context const& around, ast::Node const& child) {
+  Context inner = around;
+  if (parent.getKind() == NodeKind::MethodDefinition) {
+    inner.method = static_cast<ast::Method const*>(&parent);
+    inner.inScript = false;
+  } else if (parent.getKind() == NodeKind::Function) {
+    inner.method = nullptr;
+    inner.inScript = false;
   }
-  return nullptr;
-}
-
-// Whether a node stands in a script's own statements, outside its functions.
-bool inScriptWorkspace(ast::Node const& node, ca::FileType type) {
-  if (type != ca::FileType::Script) return false;
-  for (ast::Node const* at = node.getParent(); at != nullptr; at = at->getParent()) {
-    if (at->getKind() == NodeKind::Function || at->getKind() == NodeKind::MethodDefinition) return false;
-  }
-  return true;
+  inner.nameOnly = nameOnlyBelow(parent, around.nameOnly, child);
+  return inner;
 }
 
 }  // namespace
@@ -94,22 +93,59 @@ FileCalls::FileCalls(std::shared_ptr<FileSymbols const> symbols) : symbols_(std:
   for (auto const* symbol : symbols_->getSymbols()) {
     if (symbol->isMethod()) methods_.insert(symbol->getStringId());
   }
+  // One walk from the root with an explicit stack: each node gets its context
+  // from its parent, and its closest call is itself or its parent's.
+  struct Pending {
+    ast::Node const* node;
+    Context context;
+    ast::Node const* closestAbove;  // the closest call of the parent, within its statement
+  };
+  std::vector<Pending> pending{{&symbols_->getProgram(), Context{}, nullptr}};
+  while (!pending.empty()) {
+    Pending const at = pending.back();
+    pending.pop_back();
+    Call const call = resolve(*at.node, at.context.method, at.context.inScript, at.context.nameOnly);
+    ast::Node const* closest = nullptr;
+    if (call.isCall() != Call::NoCall) {
+      calls_.emplace(at.node, call);
+      closest = at.node;
+    } else if ((at.node->getKindFlags() & lf::astapi::kindflags::expression) != 0) {
+      // Calls do not reach beyond their statement.
+      closest = at.closestAbove;
+      if (closest != nullptr) closest_.emplace(at.node, closest);
+    }
+    lf::astapi::forEachChild(*at.node, [&](ast::Node const* child) {
+      if (child != nullptr) pending.push_back({child, contextOfChild(*at.node, at.context, *child), closest});
+    });
+  }
 }
 
 Call FileCalls::getCallInfo(ast::Node const& node) const {
+  auto found = calls_.find(&node);
+  return found != calls_.end() ? found->second : Call(&node, Call::NoCall);
+}
+
+std::optional<Call> FileCalls::getClosestCall(ast::Node const& node) const {
+  if (auto found = calls_.find(&node); found != calls_.end()) return found->second;
+  if (auto found = closest_.find(&node); found != closest_.end()) return calls_.at(found->second);
+  return std::nullopt;
+}
+
+Call FileCalls::resolve(ast::Node const& node, ast::Method const* method, bool inScript, bool nameOnly) const {
   // The status of a call of the name that `name` resolves to.
-  auto statusOf = [this, &node](ast::Identifier const& name) -> Call::Status {
+  auto statusOf = [this, inScript](ast::Identifier const& name) -> Call::Status {
     ca::nameresolution::SymbolTableEntry const* symbol = symbols_->getSymbol(name);
     if (symbol == nullptr || symbol->isVariable()) return Call::NoCall;
-    if (symbol->isExternal() && inScriptWorkspace(node, symbols_->getFileType())) return Call::PotentialCall;
+    if (symbol->isExternal() && inScript && symbols_->getFileType() == ca::FileType::Script) {
+      return Call::PotentialCall;
+    }
     return Call::KnownCall;
   };
 
   // `obj.m` on the object input of a method of this file's class, `m` being
   // a method of that class.
-  auto methodCall = [this, &node](DottedName const& name) -> std::optional<StringId> {
+  auto methodCall = [this, method](DottedName const& name) -> std::optional<StringId> {
     if (name.last == nullptr || name.text.find(u'.') != name.text.rfind(u'.')) return std::nullopt;
-    ast::Method const* method = enclosingMethod(node);
     if (method == nullptr) return std::nullopt;
     // The object is the first input of a method, and the output of a
     // constructor.
@@ -127,7 +163,7 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
 
   // A call named by `callee` (the part before any parentheses) at `node`.
   auto callOf = [&](ast::Expression const& callee, std::span<ast::Expression const* const> arguments) -> Call {
-    if (inNameOnlyContext(node)) return Call(&node, Call::NoCall);
+    if (nameOnly) return Call(&node, Call::NoCall);
     if (isSuperclassCall(&callee)) {
       auto const* right = static_cast<ast::BinaryOperation const&>(callee).getRight();
       std::optional<DottedName> const superclass = dottedName(right);
@@ -142,8 +178,8 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
       StringId const called = name->last == nullptr ? name->head->getStringId() : StringId(name->text);
       return Call(&node, status, called, arguments);
     }
-    if (std::optional<StringId> const method = methodCall(*name)) {
-      return Call(&node, Call::KnownCall, *method, arguments);
+    if (std::optional<StringId> const methodName = methodCall(*name)) {
+      return Call(&node, Call::KnownCall, *methodName, arguments);
     }
     return Call(&node, Call::NoCall);
   };
@@ -208,16 +244,6 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
     }
     default: return Call(&node, Call::NoCall);
   }
-}
-
-std::optional<Call> FileCalls::getClosestCall(ast::Node const& node) const {
-  for (ast::Node const* at = &node; at != nullptr; at = at->getParent()) {
-    Call const call = getCallInfo(*at);
-    if (call.isCall() != Call::NoCall) return call;
-    // Calls do not reach beyond their statement.
-    if ((at->getKindFlags() & lf::astapi::kindflags::expression) == 0) return std::nullopt;
-  }
-  return std::nullopt;
 }
 
 }  // namespace frontend

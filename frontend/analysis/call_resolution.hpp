@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "frontend/analysis/name_resolution.hpp"
@@ -25,8 +26,15 @@ namespace frontend {
 /// A name in a function handle (`@f`), a metaclass query, a superclass list,
 /// a validation, a definition or an assignment target is no call.
 ///
-/// Invariants: answers from the tree and the symbols alone, computing nothing
-/// ahead; the symbols outlive it.
+/// Every node of the symbols' program is resolved once, when the analysis is
+/// made, in one walk that hands each node the context its ancestors give
+/// (the method around it, whether it lies in a script's own statements,
+/// whether names are only named there) and its closest call: each question
+/// afterwards is one lookup, however deep the node lies. The walk keeps its
+/// own stack, so a deep tree costs heap, not call stack.
+///
+/// Invariants: answers for the nodes of the symbols' program (any other node
+/// is no call); the symbols outlive it.
 class FileCalls final : public ca::callresolution::CallResolutionAnalysis {
  public:
   explicit FileCalls(std::shared_ptr<FileSymbols const> symbols);
@@ -35,8 +43,17 @@ class FileCalls final : public ca::callresolution::CallResolutionAnalysis {
   std::optional<ca::callresolution::Call> getClosestCall(ca::ast::Node const& node) const override;
 
  private:
+  // The call at a node, given the method around it (if any), whether it lies
+  // in a script's own statements and whether names are only named there.
+  ca::callresolution::Call resolve(ca::ast::Node const& node, ca::ast::Method const* method, bool inScript,
+                                   bool nameOnly) const;
+
   std::shared_ptr<FileSymbols const> symbols_;
   std::unordered_set<ca::astapi::StringId> methods_;  // the methods the file's class defines
+  std::unordered_map<ca::ast::Node const*, ca::callresolution::Call> calls_;  // the nodes that are calls
+  // Every other expression within a call's statement: the call that most
+  // closely encloses it.
+  std::unordered_map<ca::ast::Node const*, ca::ast::Node const*> closest_;
 };
 
 }  // namespace frontend

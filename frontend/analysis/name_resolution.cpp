@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <type_traits>
+#include <vector>
 
 #include "frontend/assignment_target.hpp"
 
@@ -65,18 +66,33 @@ class NameResolver {
     }
   }
 
-  void declareFunction(ast::Function const& function, std::uint32_t role, Scope* parent, bool nested) {
-    if (function.getName() != nullptr) defineCallable(function.getName()->getStringId(), Entry::Function | role);
-    Scope& scope = scopeFor(&function, parent, nested);
-    for (auto const* input : function.getInputs()) {
-      if (input->getIdentifier() != nullptr) scope.names.insert(input->getIdentifier()->getStringId());
+  // A function and the functions nested in it, at any depth, depth first;
+  // with a stack of its own, as a tree may nest functions without end.
+  void declareFunction(ast::Function const& outermost, std::uint32_t role, Scope* parent, bool nested) {
+    struct Pending {
+      ast::Function const* function;
+      std::uint32_t role;
+      Scope* parent;
+      bool nested;
+    };
+    std::vector<Pending> pending{{&outermost, role, parent, nested}};
+    while (!pending.empty()) {
+      Pending const at = pending.back();
+      pending.pop_back();
+      ast::Function const& function = *at.function;
+      if (function.getName() != nullptr) defineCallable(function.getName()->getStringId(), Entry::Function | at.role);
+      Scope& scope = scopeFor(&function, at.parent, at.nested);
+      for (auto const* input : function.getInputs()) {
+        if (input->getIdentifier() != nullptr) scope.names.insert(input->getIdentifier()->getStringId());
+      }
+      for (auto const* output : function.getOutputs()) scope.names.insert(output->getStringId());
+      collectVariables(function.getBody(), scope);
+      std::size_t const mark = pending.size();
+      forEachNestedFunction(function.getBody(), [&](ast::Function const& inner) {
+        pending.push_back({&inner, Entry::NestedFunction, &scope, true});
+      });
+      std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(mark), pending.end());
     }
-    for (auto const* output : function.getOutputs()) scope.names.insert(output->getStringId());
-    collectVariables(function.getBody(), scope);
-    // Functions nested in this one, at any depth of its blocks.
-    forEachNestedFunction(function.getBody(), [&](ast::Function const& inner) {
-      declareFunction(inner, Entry::NestedFunction, &scope, true);
-    });
   }
 
   void declareClass(ast::Classdef const& classdef, Scope& file) {
@@ -171,7 +187,51 @@ class NameResolver {
 
   enum class Role { Use, Definition, Input, Output, Global, Persistent };
 
-  void visit(ast::Node const& node, Scope& scope) {
+  // Pass 2 walks with a stack of work instead of recursion, since expressions
+  // nest as deep as the input does. A step that stands for several in a row
+  // puts them on the stack last first; the order is that of a recursive walk.
+  enum class Step : std::uint8_t {
+    Visit,        // every identifier of a node
+    Target,       // an assignment target
+    TargetChain,  // the rest of an assignment target, down to its head
+    Resolve,      // one identifier, in a role
+  };
+  struct Work {
+    Step step;
+    ast::Node const* node;
+    Scope* scope;
+    Role role = Role::Use;
+    ast::Identifier const* head = nullptr;  // of the target, for TargetChain
+  };
+
+  void visit(ast::Node const& root, Scope& scope) {
+    work_.push_back({Step::Visit, &root, &scope});
+    while (!work_.empty()) {
+      Work const work = work_.back();
+      work_.pop_back();
+      std::size_t const queued = work_.size();
+      switch (work.step) {
+        case Step::Visit: visitNode(*work.node, *work.scope); break;
+        case Step::Target: visitTarget(static_cast<ast::Expression const*>(work.node), *work.scope); break;
+        case Step::TargetChain: visitTargetChain(*work.node, work.head, *work.scope); break;
+        case Step::Resolve: resolve(static_cast<ast::Identifier const&>(*work.node), *work.scope, work.role); break;
+      }
+      // What the step asked for next runs before anything queued earlier,
+      // first things first.
+      std::reverse(work_.begin() + static_cast<std::ptrdiff_t>(queued), work_.end());
+    }
+  }
+
+  // Queues work after the step at hand, in the order given.
+  void then(Step step, ast::Node const* node, Scope& scope, Role role = Role::Use) {
+    if (node != nullptr) work_.push_back({step, node, &scope, role});
+  }
+  template <class List>
+  void thenVisitAll(List const& nodes, Scope& scope) {
+    for (auto const* node : nodes) then(Step::Visit, node, scope);
+  }
+
+  void visitNode(ast::Node const& node, Scope& scope) {
     switch (node.getKind()) {
       case NodeKind::Identifier: resolve(static_cast<ast::Identifier const&>(node), scope, Role::Use); return;
       case NodeKind::Function:
@@ -186,65 +246,59 @@ class NameResolver {
           out_.signatures_.insert(input->getIdentifier());
           resolve(*input->getIdentifier(), inner, Role::Input);
         }
-        visit(*lambda.getBody(), inner);
+        then(Step::Visit, lambda.getBody(), inner);
         return;
       }
       case NodeKind::Classdef: {
         auto const& classdef = static_cast<ast::Classdef const&>(node);
-        for (auto const* attribute : classdef.getAttributes()) visit(*attribute, scope);
-        if (classdef.getName() != nullptr) resolve(*classdef.getName(), scope, Role::Use);
-        for (auto const* superclass : classdef.getSuperclasses()) visit(*superclass, scope);
-        for (auto const* block : classdef.getBlocks()) visit(*block, scope);
+        thenVisitAll(classdef.getAttributes(), scope);
+        then(Step::Resolve, classdef.getName(), scope);
+        thenVisitAll(classdef.getSuperclasses(), scope);
+        thenVisitAll(classdef.getBlocks(), scope);
         return;
       }
-      case NodeKind::Attribute: {
-        auto const* value = static_cast<ast::Attribute const&>(node).getValue();
-        if (value != nullptr) visit(*value, scope);
-        return;
-      }
+      case NodeKind::Attribute: then(Step::Visit, static_cast<ast::Attribute const&>(node).getValue(), scope); return;
       case NodeKind::Property: {
         auto const& property = static_cast<ast::Property const&>(node);
-        if (property.getValidation() != nullptr) visit(*property.getValidation(), scope);
-        if (property.getDefaultValue() != nullptr) visit(*property.getDefaultValue(), scope);
+        then(Step::Visit, property.getValidation(), scope);
+        then(Step::Visit, property.getDefaultValue(), scope);
         return;
       }
       case NodeKind::Event: return;
-      case NodeKind::Enumerator:
-        for (auto const* argument : static_cast<ast::Enumerator const&>(node).getArguments()) visit(*argument, scope);
-        return;
+      case NodeKind::Enumerator: thenVisitAll(static_cast<ast::Enumerator const&>(node).getArguments(), scope); return;
       case NodeKind::ImportCommand: return;
       case NodeKind::Argument: {
         auto const& argument = static_cast<ast::Argument const&>(node);
         if (argument.getName() != nullptr && argument.getName()->getIdentifier() != nullptr) {
           resolve(*argument.getName()->getIdentifier(), scope, Role::Use);
         }
-        if (argument.getClassPart() != nullptr) visit(*argument.getClassPart(), scope);
-        if (argument.getValidation() != nullptr) visit(*argument.getValidation(), scope);
-        if (argument.getDefaultValue() != nullptr) visit(*argument.getDefaultValue(), scope);
+        then(Step::Visit, argument.getClassPart(), scope);
+        then(Step::Visit, argument.getValidation(), scope);
+        then(Step::Visit, argument.getDefaultValue(), scope);
         return;
       }
       case NodeKind::Assignment: {
         auto const& assignment = static_cast<ast::Assignment const&>(node);
-        visit(*assignment.getRight(), scope);
-        visitTarget(assignment.getLeft(), scope);
+        then(Step::Visit, assignment.getRight(), scope);
+        then(Step::Target, assignment.getLeft(), scope);
         return;
       }
       case NodeKind::MultiLhsAssignment: {
         auto const& assignment = static_cast<ast::MultiLhsAssignment const&>(node);
-        visit(*assignment.getRight(), scope);
-        for (auto const* output : assignment.getOutputs()) visitTarget(output, scope);
+        then(Step::Visit, assignment.getRight(), scope);
+        for (auto const* output : assignment.getOutputs()) then(Step::Target, output, scope);
         return;
       }
       case NodeKind::ForStatement:
       case NodeKind::ParforStatement: {
         // The range is evaluated before the loop variable is set.
         auto visitLoop = [&](auto const& loop) {
-          visit(*loop.getRange(), scope);
-          visitTarget(loop.getLoopVariable(), scope);
+          then(Step::Visit, loop.getRange(), scope);
+          then(Step::Target, loop.getLoopVariable(), scope);
           if constexpr (std::is_same_v<std::decay_t<decltype(loop)>, ast::ParforStatement>) {
-            for (auto const* option : loop.getOptions()) visit(*option, scope);
+            thenVisitAll(loop.getOptions(), scope);
           }
-          for (auto const* statement : loop.getBody()) visit(*statement, scope);
+          thenVisitAll(loop.getBody(), scope);
         };
         if (node.getKind() == NodeKind::ForStatement) {
           visitLoop(static_cast<ast::ForStatement const&>(node));
@@ -256,7 +310,7 @@ class NameResolver {
       case NodeKind::CatchBlock: {
         auto const& block = static_cast<ast::CatchBlock const&>(node);
         if (block.getIdentifier() != nullptr) resolve(*block.getIdentifier(), scope, Role::Definition);
-        for (auto const* statement : block.getBody()) visit(*statement, scope);
+        thenVisitAll(block.getBody(), scope);
         return;
       }
       case NodeKind::GlobalStatement:
@@ -267,7 +321,9 @@ class NameResolver {
         }
         return;
       }
-      default: lf::astapi::forEachChild(node, [&](ast::Node const* child) { visit(*child, scope); }); return;
+      default:
+        lf::astapi::forEachChild(node, [&](ast::Node const* child) { then(Step::Visit, child, scope); });
+        return;
     }
   }
 
@@ -291,45 +347,47 @@ class NameResolver {
       out_.signatures_.insert(output);
       resolve(*output, scope, Role::Output);
     }
-    for (auto const* block : function.getDeclarationBlocks()) visit(*block, scope);
-    for (auto const* statement : function.getBody()) visit(*statement, scope);
+    thenVisitAll(function.getDeclarationBlocks(), scope);
+    thenVisitAll(function.getBody(), scope);
   }
 
   // An assignment target: its head defines the variable, everything else in
-  // it (indices, dynamic field names) is read.
+  // it (indices, dynamic field names) is read, outermost first.
   void visitTarget(ast::Expression const* target, Scope& scope) {
     TargetHead const head = headOf(target);
     if (head.identifier != nullptr && head.throughField) out_.dotAssignments_.insert(head.identifier);
-    std::vector<ast::Node const*> pending{target};
-    while (!pending.empty()) {
-      ast::Node const* node = pending.back();
-      pending.pop_back();
-      if (node == head.identifier) {
-        resolve(*head.identifier, scope, Role::Definition);
-        continue;
+    work_.push_back({Step::TargetChain, target, &scope, Role::Use, head.identifier});
+  }
+
+  void visitTargetChain(ast::Node const& node, ast::Identifier const* head, Scope& scope) {
+    if (&node == head) {
+      resolve(*head, scope, Role::Definition);
+      return;
+    }
+    auto chain = [&](ast::Node const* rest) {
+      if (rest != nullptr) work_.push_back({Step::TargetChain, rest, &scope, Role::Use, head});
+    };
+    switch (node.getKind()) {
+      case NodeKind::ParenOperation: {
+        auto const& paren = static_cast<ast::ParenOperation const&>(node);
+        thenVisitAll(paren.getArguments(), scope);
+        chain(paren.getFunction());
+        return;
       }
-      switch (node->getKind()) {
-        case NodeKind::ParenOperation: {
-          auto const* paren = static_cast<ast::ParenOperation const*>(node);
-          for (auto const* argument : paren->getArguments()) visit(*argument, scope);
-          pending.push_back(paren->getFunction());
-          break;
-        }
-        case NodeKind::BraceOperation: {
-          auto const* brace = static_cast<ast::BraceOperation const*>(node);
-          for (auto const* argument : brace->getArguments()) visit(*argument, scope);
-          pending.push_back(brace->getBase());
-          break;
-        }
-        case NodeKind::DotOperation: pending.push_back(static_cast<ast::DotOperation const*>(node)->getLeft()); break;
-        case NodeKind::DotParenOperation: {
-          auto const* dynamic = static_cast<ast::DotParenOperation const*>(node);
-          visit(*dynamic->getExpression(), scope);
-          pending.push_back(dynamic->getLeft());
-          break;
-        }
-        default: visit(*node, scope); break;
+      case NodeKind::BraceOperation: {
+        auto const& brace = static_cast<ast::BraceOperation const&>(node);
+        thenVisitAll(brace.getArguments(), scope);
+        chain(brace.getBase());
+        return;
       }
+      case NodeKind::DotOperation: chain(static_cast<ast::DotOperation const&>(node).getLeft()); return;
+      case NodeKind::DotParenOperation: {
+        auto const& dynamic = static_cast<ast::DotParenOperation const&>(node);
+        then(Step::Visit, dynamic.getExpression(), scope);
+        chain(dynamic.getLeft());
+        return;
+      }
+      default: then(Step::Visit, &node, scope); return;
     }
   }
 
@@ -427,11 +485,13 @@ class NameResolver {
   std::unordered_map<ast::Node const*, std::unique_ptr<Scope>> scopes_;
   std::unordered_map<StringId, Entry*> callables_;
   std::unordered_map<StringId, Entry*> externals_;
+  std::vector<Work> work_;
 };
 
 std::shared_ptr<FileSymbols const> FileSymbols::build(ast::Program const& program, ca::FileType type) {
   std::shared_ptr<FileSymbols> symbols(new FileSymbols);
   symbols->fileType_ = type;
+  symbols->program_ = &program;
   NameResolver(*symbols, type).run(program);
   return symbols;
 }

@@ -43,12 +43,15 @@ class FileSymbols final : public ca::nameresolution::SymbolTable, public ca::nam
   /// of an assignment's target.
   bool isDefinition(ca::ast::Identifier const& identifier) const { return definitions_.count(&identifier) != 0; }
   ca::FileType getFileType() const noexcept { return fileType_; }
+  /// The program whose identifiers these are.
+  ca::ast::Program const& getProgram() const noexcept { return *program_; }
 
  private:
   friend class NameResolver;
   FileSymbols() = default;
 
   ca::FileType fileType_ = ca::FileType::Script;
+  ca::ast::Program const* program_ = nullptr;
   std::vector<std::unique_ptr<ca::nameresolution::SymbolTableEntry>> symbols_;  // by first occurrence
   std::unordered_map<ca::ast::Identifier const*, ca::nameresolution::SymbolTableEntry const*> byIdentifier_;
   std::unordered_set<ca::ast::Identifier const*> signatures_;
