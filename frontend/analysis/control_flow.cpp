@@ -1,6 +1,6 @@
 #include "frontend/analysis/control_flow.hpp"
 
-#include <unordered_map>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -78,6 +78,12 @@ void appendOwners(ast::Node const& node, std::vector<ast::Node const*>& owners) 
 }
 
 /// Builds the graph of one body and collects the bodies nested in it.
+///
+/// Statement nodes are made in preorder (each compound statement before what
+/// it holds), and each records where its subtree ends; linking walks the
+/// blocks in the same order, so that the node of any statement is found by
+/// its position, without a map from statements to nodes: a body of a million
+/// statements stays in cache-friendly vectors.
 class GraphBuilder {
  public:
   explicit GraphBuilder(ast::Node const& owner) : owner_(owner) {}
@@ -87,19 +93,23 @@ class GraphBuilder {
   std::unique_ptr<ControlFlowGraph> build(std::vector<ast::Node const*>& nestedOwners) {
     nodes_.push_back(makeNode(ControlFlowNode::Kind::Entry, &owner_));
     nodes_.push_back(makeNode(ControlFlowNode::Kind::Exit, &owner_));
+    subtreeEnd_.assign(2, 0);
     Block const body = bodyOf(owner_);
     makeStatementNodes(body, nestedOwners);
     ControlFlowNode* exit = nodes_[1].get();
-    nodes_[0]->successors.push_back(firstOf(body, exit));
-    link(body, exit);
+    std::uint32_t const first = 2;
+    nodes_[0]->successors.push_back(firstAt(first, body, exit));
+    link(body, first, exit);
     return std::make_unique<ControlFlowGraph>(&owner_, std::move(nodes_));
   }
 
  private:
-  /// A block whose successors are still to be set, with where control goes
-  /// after it and the innermost loop around it (null outside every loop).
+  /// A block whose successors are still to be set: the position of its first
+  /// statement's node, where control goes after it, and the innermost loop
+  /// around it (null outside every loop).
   struct Task {
     Block block;
+    std::uint32_t first;
     ControlFlowNode* follow;
     ControlFlowNode* loop;
     ControlFlowNode* afterLoop;
@@ -112,72 +122,97 @@ class GraphBuilder {
     return node;
   }
 
-  /// One node per statement, in source order (depth first, each compound
-  /// statement before what it holds), with an explicit stack of the blocks
-  /// still being read.
+  /// One node per statement, in preorder, with an explicit stack of the
+  /// blocks still being read; a marker under a compound statement's blocks
+  /// notes where its subtree ends once they are read.
   void makeStatementNodes(Block body, std::vector<ast::Node const*>& nestedOwners) {
-    std::vector<Block> pending{body};
+    struct Pending {
+      Block block;
+      std::uint32_t closes;  // with an empty block: the statement whose subtree ends here
+    };
+    constexpr std::uint32_t kNothing = ~std::uint32_t{0};
+    std::vector<Pending> pending{{body, kNothing}};
     std::vector<Block> inner;
     while (!pending.empty()) {
-      Block& top = pending.back();
-      if (top.empty()) {
+      Pending& top = pending.back();
+      if (top.block.empty()) {
+        if (top.closes != kNothing) subtreeEnd_[top.closes] = static_cast<std::uint32_t>(nodes_.size());
         pending.pop_back();
         continue;
       }
-      ast::Node const* node = top.front();
-      top = top.subspan(1);
+      ast::Node const* node = top.block.front();
+      top.block = top.block.subspan(1);
       if (!isStatement(*node)) {
         appendOwners(*node, nestedOwners);
         continue;
       }
+      auto const index = static_cast<std::uint32_t>(nodes_.size());
       nodes_.push_back(makeNode(ControlFlowNode::Kind::Statement, node));
-      byStatement_.emplace(node, nodes_.back().get());
+      subtreeEnd_.push_back(index + 1);
       inner.clear();
       appendBlocks(*node, inner);
-      for (auto block = inner.rbegin(); block != inner.rend(); ++block) pending.push_back(*block);
+      if (inner.empty()) continue;
+      pending.push_back({Block{}, index});
+      for (auto block = inner.rbegin(); block != inner.rend(); ++block) pending.push_back({*block, kNothing});
     }
   }
 
-  /// The node of the first statement of `block`, or `fallback` when it has none.
-  ControlFlowNode* firstOf(Block block, ControlFlowNode* fallback) const {
+  /// The node at `first`, when `block` has a statement, or `fallback`.
+  ControlFlowNode* firstAt(std::uint32_t first, Block block, ControlFlowNode* fallback) const {
     for (auto const* node : block) {
-      if (isStatement(*node)) return byStatement_.at(node);
+      if (isStatement(*node)) return nodes_[first].get();
     }
     return fallback;
   }
 
+  /// The position after the nodes of `block`, whose first is at `first`.
+  std::uint32_t after(std::uint32_t first, Block block) const {
+    for (auto const* node : block) {
+      if (isStatement(*node)) first = subtreeEnd_[first];
+    }
+    return first;
+  }
+
   /// Sets the successors of every statement of `body` and of the blocks inside it.
-  void link(Block body, ControlFlowNode* exit) {
-    std::vector<Task> tasks{{body, exit, nullptr, nullptr}};
-    std::vector<ControlFlowNode*> statements;
+  void link(Block body, std::uint32_t first, ControlFlowNode* exit) {
+    std::vector<Task> tasks{{body, first, exit, nullptr, nullptr}};
+    std::vector<std::uint32_t> statements;
     while (!tasks.empty()) {
       Task const task = tasks.back();
       tasks.pop_back();
       statements.clear();
+      std::uint32_t at = task.first;
       for (auto const* node : task.block) {
-        if (isStatement(*node)) statements.push_back(byStatement_.at(node));
+        if (!isStatement(*node)) continue;
+        statements.push_back(at);
+        at = subtreeEnd_[at];
       }
       for (std::size_t i = 0; i < statements.size(); ++i) {
-        ControlFlowNode* next = i + 1 < statements.size() ? statements[i + 1] : task.follow;
-        linkStatement(*statements[i], next, task, exit, tasks);
+        ControlFlowNode* next = i + 1 < statements.size() ? nodes_[statements[i + 1]].get() : task.follow;
+        linkStatement(statements[i], next, task, exit, tasks);
       }
     }
   }
 
-  /// Sets the successors of one statement whose next is `next`, and queues
-  /// the blocks inside it.
-  void linkStatement(ControlFlowNode& node, ControlFlowNode* next, Task const& around, ControlFlowNode* exit,
+  /// Sets the successors of the statement at `index`, whose next is `next`,
+  /// and queues the blocks inside it; they are taken in the order in which
+  /// their nodes were made, so that each one's first node is where the one
+  /// before it ends.
+  void linkStatement(std::uint32_t index, ControlFlowNode* next, Task const& around, ControlFlowNode* exit,
                      std::vector<Task>& tasks) {
+    ControlFlowNode& node = *nodes_[index];
     auto& successors = node.successors;
+    std::uint32_t cursor = index + 1;
     // A block that runs once and then goes to `next`, inside the same loop.
     auto branch = [&](Block block) {
-      successors.push_back(firstOf(block, next));
-      tasks.push_back({block, next, around.loop, around.afterLoop});
+      successors.push_back(firstAt(cursor, block, next));
+      tasks.push_back({block, cursor, next, around.loop, around.afterLoop});
+      cursor = after(cursor, block);
     };
     auto loopBody = [&](Block block) {
-      successors.push_back(firstOf(block, &node));
+      successors.push_back(firstAt(cursor, block, &node));
       successors.push_back(next);
-      tasks.push_back({block, &node, &node, next});
+      tasks.push_back({block, cursor, &node, &node, next});
     };
     ast::Node const& statement = *node.syntax;
     switch (statement.getKind()) {
@@ -225,7 +260,7 @@ class GraphBuilder {
 
   ast::Node const& owner_;
   std::vector<std::unique_ptr<ControlFlowNode>> nodes_;
-  std::unordered_map<ast::Node const*, ControlFlowNode*> byStatement_;
+  std::vector<std::uint32_t> subtreeEnd_;  // by node: the position after the nodes of its statement's subtree
 };
 
 }  // namespace
