@@ -38,7 +38,10 @@ std::string where(UseDefBase const& record) {
 
 std::string definitionsText(ca::usedef::Use const& use) {
   std::string text;
-  for (auto const* definition : use.getDefinitions()) text += " " + where(*definition);
+  for (auto const* definition : use.getDefinitions()) {
+    text += ' ';
+    text += where(*definition);
+  }
   return text;
 }
 
