@@ -1,5 +1,6 @@
 #include "frontend/analysis/call_resolution.hpp"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -99,23 +100,26 @@ FileCalls::FileCalls(std::shared_ptr<FileSymbols const> symbols) : symbols_(std:
     ast::Node const* node;
     Context context;
     ast::Node const* closestAbove;  // the closest call of the parent, within its statement
+    std::uint32_t climb;            // how far the parent is from a call or a statement
   };
-  std::vector<Pending> pending{{&symbols_->getProgram(), Context{}, nullptr}};
+  std::vector<Pending> pending{{&symbols_->getProgram(), Context{}, nullptr, 0}};
   while (!pending.empty()) {
     Pending const at = pending.back();
     pending.pop_back();
     Call const call = resolve(*at.node, at.context.method, at.context.inScript, at.context.nameOnly);
     ast::Node const* closest = nullptr;
+    std::uint32_t climb = 0;
     if (call.isCall() != Call::NoCall) {
       calls_.emplace(at.node, call);
       closest = at.node;
     } else if ((at.node->getKindFlags() & lf::astapi::kindflags::expression) != 0) {
       // Calls do not reach beyond their statement.
       closest = at.closestAbove;
-      if (closest != nullptr) closest_.emplace(at.node, closest);
+      climb = at.climb + 1;
+      if (climb % kClosestCallStride == 0) closest_.emplace(at.node, closest);
     }
     lf::astapi::forEachChild(*at.node, [&](ast::Node const* child) {
-      if (child != nullptr) pending.push_back({child, contextOfChild(*at.node, at.context, *child), closest});
+      if (child != nullptr) pending.push_back({child, contextOfChild(*at.node, at.context, *child), closest, climb});
     });
   }
 }
@@ -126,8 +130,16 @@ Call FileCalls::getCallInfo(ast::Node const& node) const {
 }
 
 std::optional<Call> FileCalls::getClosestCall(ast::Node const& node) const {
-  if (auto found = calls_.find(&node); found != calls_.end()) return found->second;
-  if (auto found = closest_.find(&node); found != closest_.end()) return calls_.at(found->second);
+  // At most kClosestCallStride steps: a call, a statement or a noted answer
+  // comes within that many.
+  for (ast::Node const* at = &node; at != nullptr; at = at->getParent()) {
+    if (auto found = calls_.find(at); found != calls_.end()) return found->second;
+    if ((at->getKindFlags() & lf::astapi::kindflags::expression) == 0) return std::nullopt;
+    if (auto noted = closest_.find(at); noted != closest_.end()) {
+      if (noted->second == nullptr) return std::nullopt;
+      return calls_.at(noted->second);
+    }
+  }
   return std::nullopt;
 }
 

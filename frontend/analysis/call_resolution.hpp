@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -29,9 +30,10 @@ namespace frontend {
 /// Every node of the symbols' program is resolved once, when the analysis is
 /// made, in one walk that hands each node the context its ancestors give
 /// (the method around it, whether it lies in a script's own statements,
-/// whether names are only named there) and its closest call: each question
-/// afterwards is one lookup, however deep the node lies. The walk keeps its
-/// own stack, so a deep tree costs heap, not call stack.
+/// whether names are only named there) and its closest call: `getCallInfo`
+/// is then one lookup, and `getClosestCall` at most a few, however deep the
+/// node lies. The walk keeps its own stack, so a deep tree costs heap, not
+/// call stack.
 ///
 /// Invariants: answers for the nodes of the symbols' program (any other node
 /// is no call); the symbols outlive it.
@@ -51,8 +53,11 @@ class FileCalls final : public ca::callresolution::CallResolutionAnalysis {
   std::shared_ptr<FileSymbols const> symbols_;
   std::unordered_set<ca::astapi::StringId> methods_;  // the methods the file's class defines
   std::unordered_map<ca::ast::Node const*, ca::callresolution::Call> calls_;  // the nodes that are calls
-  // Every other expression within a call's statement: the call that most
-  // closely encloses it.
+  // The closest call (or none) of every kClosestCallStride-th expression on
+  // the way up from a node to a call or a statement: a question climbs no
+  // further than that, and ordinary code, whose expressions lie a step or
+  // two below a call or a statement, notes next to nothing.
+  static constexpr std::uint32_t kClosestCallStride = 8;
   std::unordered_map<ca::ast::Node const*, ca::ast::Node const*> closest_;
 };
 
