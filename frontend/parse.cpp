@@ -107,27 +107,13 @@ std::string formatDiagnostic(Diagnostic const& diagnostic) {
 ParseResult parse(std::string_view source, std::string_view path) {
   ParseResult result;
   std::string const file(path);
-  if (source.size() > (std::size_t{1} << 30)) {
-    result.diagnostics.push_back({file, 1, 1, Severity::Error, "file is larger than 1 GiB; not parsed"});
-    return result;
-  }
-  DecodedSource const decoded = decodeSource(source);
+  // The decoder speaks for the encoding (a warning for a file not in UTF-8)
+  // and refuses what is not source text (a NUL byte, a file too large), with
+  // positions in the file's own terms.
+  DecodedSource const decoded = decodeSource(source, path);
+  result.diagnostics = decoded.diagnostics;
+  if (!decoded.readable()) return result;
   std::string_view const text = decoded.text();
-  if (decoded.legacyByteOffset) {
-    result.diagnostics.push_back(
-        {file, 1, 1, Severity::Warning,
-         fmt::format("file is not valid UTF-8 (first bad byte at offset {}); read as Windows-1252",
-                     *decoded.legacyByteOffset)});
-  }
-  if (std::size_t const nul = text.find('\0'); nul != std::string_view::npos) {
-    std::size_t const line = static_cast<std::size_t>(std::count(text.begin(), text.begin() + nul, '\n')) + 1;
-    std::size_t const lineStart = text.rfind('\n', nul);
-    std::size_t const column = nul - (lineStart == std::string_view::npos ? 0 : lineStart + 1) + 1;
-    result.diagnostics.push_back({file, static_cast<std::uint32_t>(line), static_cast<std::uint32_t>(column),
-                                  Severity::Error,
-                                  fmt::format("file holds a NUL byte at offset {}; it is not source text", nul)});
-    return result;
-  }
 
   bool hasFunctions = false;
   FunctionStyle const guess = guessStyle(text, hasFunctions);

@@ -159,6 +159,41 @@ TEST(BadInput, NulByteIsReportedAndNothingIsParsed) {
   EXPECT_EQ(result.tree, nullptr);
 }
 
+// After converted characters and with lone CRs as line ends, a fault is
+// placed where it stands in the file: the NUL is the file's byte 13, on its
+// third line, after two characters there.
+TEST(BadInput, PositionsAfterConvertedTextAreTheFilesOwn) {
+  auto const result = frontend::parse(std::string("x = 1;\ry\r\xE9\xE9\xE9\xE9\0;\r", 16), "t.m");
+  ASSERT_EQ(result.diagnostics.size(), 2u);
+  EXPECT_EQ(result.diagnostics[0].severity, Severity::Warning);
+  EXPECT_EQ(result.diagnostics[1].line, 3u);
+  EXPECT_EQ(result.diagnostics[1].column, 5u);
+  EXPECT_EQ(result.diagnostics[1].message, "file holds a NUL byte at offset 13; it is not source text");
+  EXPECT_EQ(result.tree, nullptr);
+}
+
+// A file saved as UTF-16, with or without a byte-order mark, is converted and
+// read, with a warning that says how.
+TEST(BadInput, Utf16FilesAreConvertedWithAWarning) {
+  auto utf16 = [](std::string const& ascii, bool bigEndian, bool mark) {
+    std::string bytes = mark ? (bigEndian ? std::string("\xFE\xFF") : std::string("\xFF\xFE")) : std::string();
+    for (char c : ascii) bytes += bigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+    return bytes;
+  };
+  for (bool bigEndian : {false, true}) {
+    for (bool mark : {true, false}) {
+      auto const result = frontend::parse(utf16("s = 'a';\nt = s;\n", bigEndian, mark), "wide.m");
+      ASSERT_EQ(result.diagnostics.size(), 1u) << bigEndian << mark;
+      EXPECT_EQ(result.diagnostics[0].severity, Severity::Warning);
+      EXPECT_NE(result.diagnostics[0].message.find(bigEndian ? "UTF-16BE" : "UTF-16LE"), std::string::npos)
+          << result.diagnostics[0].message;
+      EXPECT_EQ(frontend::dumpTree(*result.tree->getProgram()),
+                "(Program (Assignment (Identifier s) (CharVectorLiteral 'a')) (Assignment (Identifier t) "
+                "(Identifier s)))");
+    }
+  }
+}
+
 TEST(BadInput, LegacyEncodingIsReadAsWindows1252WithAWarning) {
   // 'caf\xe9' in a comment and a char vector: not UTF-8.
   std::string const source = "% caf\xe9\ns = 'na\xefve \x80';\n";
