@@ -335,6 +335,7 @@ class Writer {
   }
 
   std::string take() { return std::move(out_); }
+  std::size_t size() const noexcept { return out_.size(); }
 
  private:
   std::string unit_;
@@ -359,6 +360,7 @@ class Generator {
   explicit Generator(std::uint64_t seed) : random_(seed) {}
 
   GeneratedFile nextFile();
+  std::string longFunctionFile(std::size_t minimumBytes);
 
  private:
   // Names and values.
@@ -953,6 +955,16 @@ void Generator::tableFile(Writer& out, std::string const& name) {
   out.line("];");
 }
 
+std::string Generator::longFunctionFile(std::size_t minimumBytes) {
+  Writer out(std::string(4, ' '));
+  function(out, "main" + capitalised(random_.pick(kStems)), true, true);
+  while (out.size() < minimumBytes) {
+    out.blank();
+    function(out, functionName(), true, false);
+  }
+  return out.take();
+}
+
 GeneratedFile Generator::nextFile() {
   ++serial_;
   std::string const indent = random_.chance(0.08) ? "\t" : std::string(random_.chance(0.2) ? 2 : 4, ' ');
@@ -1020,6 +1032,10 @@ GeneratedCorpus generateCorpus(std::size_t minimumBytes, std::uint64_t seed) {
     corpus.bytes += corpus.files.back().source.size();
   }
   return corpus;
+}
+
+std::string generateFunctionFile(std::size_t minimumBytes, std::uint64_t seed) {
+  return Generator(seed).longFunctionFile(minimumBytes);
 }
 
 }  // namespace plexus::bench

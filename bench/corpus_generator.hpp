@@ -39,4 +39,10 @@ inline constexpr std::uint64_t kCorpusSeed = 0x5eed'c0de'2024'0001ULL;
 /// file is meant to be valid; the benchmarks check that it parses cleanly.
 GeneratedCorpus generateCorpus(std::size_t minimumBytes, std::uint64_t seed = kCorpusSeed);
 
+/// One function file of at least `minimumBytes`: a main function followed by
+/// local functions, all terminated with `end` (so some hold nested functions),
+/// with the bodies of the corpus's function files. Deterministic like
+/// `generateCorpus`.
+std::string generateFunctionFile(std::size_t minimumBytes, std::uint64_t seed = kCorpusSeed);
+
 }  // namespace plexus::bench
