@@ -10,7 +10,9 @@ enum class DumpLayout { OneLine, Indented };
 
 /// Writes a tree as `(Kind child child ...)`, with the text of leaves:
 ///
-///     (Program (Assignment (Identifier x) (BinaryOperation + (Identifier a) (NumberLiteral 1))))
+///     auto parsed = frontend::parse("x = a + 1;\n", "a.m");
+///     assert(frontend::dumpTree(*parsed.tree->getProgram()) ==
+///            "(Program (Assignment (Identifier x) (BinaryOperation + (Identifier a) (NumberLiteral 1))))");
 ///
 /// Operators stand after the kind, text literals keep their quotes, and `~`
 /// marks a negated attribute. The indented layout puts each node with

@@ -25,7 +25,7 @@ namespace lf::astapi {
 /// switch on the kind byte. A node whose kind is no kind is passed as a plain
 /// `Node`. The visitor returns the same type for every class.
 ///
-///     visitByKind(node, [](auto const& typed) { return typed.Kind; });
+///     bool const isAssignment = visitByKind(node, []<class C>(C const&) { return std::is_same_v<C, ast::Assignment>; });
 template <class F, class Visitor>
 decltype(auto) visitByKind(Node<F> const& node, Visitor&& visitor) {
   switch (node.getKind()) {
@@ -40,7 +40,8 @@ decltype(auto) visitByKind(Node<F> const& node, Visitor&& visitor) {
 
 /// Calls `fn` with each child of `node`, in walk order, whatever its class.
 ///
-///     forEachChild(node, [](Node<F> const* child) { ... });
+///     std::size_t children = 0;
+///     forEachChild(node, [&children](auto const* child) { children += child != nullptr ? 1 : 0; });
 template <class F, class Fn>
 void forEachChild(Node<F> const& node, Fn&& fn) {
   visitByKind(node, [&fn](auto const& typed) { typed.forEachChild(fn); });

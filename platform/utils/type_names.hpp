@@ -13,8 +13,8 @@ namespace ca::utils {
 /// descriptions: namespace qualifiers are dropped at every level, and so are
 /// template argument lists that hold only the tree flavour tag.
 ///
-///     prettifyTypeName(u"lf::astapi::Identifier<ca::astapi::CA>") == u"Identifier"
-///     prettifyTypeName(u"std::vector<ca::Symbol const*>") == u"vector<Symbol const*>"
+///     assert(prettifyTypeName(u"lf::astapi::Identifier<ca::astapi::CA>") == u"Identifier");
+///     assert(prettifyTypeName(u"std::vector<ca::Symbol const*>") == u"vector<Symbol const*>");
 std::u16string prettifyTypeName(std::u16string const& fullName);
 
 /// The short name of T, computed anew on each call: demangled, converted to

@@ -14,7 +14,7 @@ namespace ca::rulesystem {
 /// these members; `execute` runs the graph over one analysed file.
 ///
 ///     AllNodes all;
-///     all.function | functionInputs() | std::make_shared<ReportUnused>();
+///     all.parenOperation | std::make_unique<HasArgumentCount>(0) | std::make_shared<Report<ParenOperation>>(u"no arguments");
 ///     all.execute(analysis, &helper);
 ///
 /// Invariants: the members are made once, in this order, and never replaced.

@@ -15,7 +15,7 @@ namespace ca::rulesystem {
 
 /// `!p`: passes what `p` rejects.
 ///
-///     all.function | !isNested()
+///     auto withArguments = all.parenOperation | !std::make_unique<HasArgumentCount>(0);
 template <class T>
 class NotPredicate final : public Predicate<T> {
  public:
@@ -41,6 +41,8 @@ class NotPredicate final : public Predicate<T> {
 /// `a || b`: passes what either passes. Both operands are tested for every
 /// item, also when the first passes, since testing may change state (a
 /// subrule's pending signal is used up by its test).
+///
+///     auto oneOrTwo = all.parenOperation | (std::make_unique<HasArgumentCount>(1) || std::make_unique<HasArgumentCount>(2));
 template <class T, class L, class R>
 class OrPredicate final : public Predicate<T> {
  public:

@@ -13,7 +13,9 @@ namespace ca::rulesystem {
 /// record of what passed, so an item that two inputs deliver reaches its
 /// consumers twice; whoever combines sees that the inputs are disjoint.
 ///
-///     auto either = combine(std::set{fieldNames, expressionNames});
+///     auto assigned = all.assignment | std::make_unique<RightSide>() | isa<NumberLiteral>();
+///     auto passed = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+///     auto either = combine(std::set{assigned, passed});
 template <class T>
 class CombineProducer final : public ProducerImpl<T>, public Consumer<T> {
  public:

@@ -23,7 +23,9 @@ class MethodComparatorBase {
 /// Invariants: `methods` only grows, so an id never changes for the life of
 /// the process; guarded by its own mutex.
 ///
-///     bool less = getComparator<bool (Entry::*)() const>()->compare(&Entry::isVariable, &Entry::isFunction);
+///     bool less = getComparator<bool (Entry::*)() const>()->compare(&Entry::isVariable, &Entry::isGlobalVariable);
+///     bool greater = getComparator<bool (Entry::*)() const>()->compare(&Entry::isGlobalVariable, &Entry::isVariable);
+///     assert(less != greater);
 template <class M>
 class MethodComparator final : public MethodComparatorBase {
  public:

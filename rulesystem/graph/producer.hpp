@@ -36,7 +36,8 @@ std::shared_ptr<ProducerImpl<T>> combine(std::set<ProducerImpl<T>*> const& input
 /// its vertex owns, so that an equal stage asked for again is found instead of
 /// built. The maps serve declaration only; a run reads just `consumers`.
 ///
-///     auto calls = allNodes.parenOperation | isCallToPlot() | getArguments();
+///     auto numbers = all.assignment | std::make_unique<RightSide>() | isa<NumberLiteral>();
+///     assert(numbers == (all.assignment | std::make_unique<RightSide>() | isa<NumberLiteral>()));
 template <class T>
 class ProducerImpl : public ProducerBase {
  public:

@@ -18,14 +18,27 @@ namespace ca::rulesystem {
 /// The item of a predicate that looks only at the analysis.
 struct Typeless {};
 
-/// A filter stage.
+/// A filter stage. Its parameter, the number of arguments, is part of its
+/// identity: equal counts are one vertex, different counts two.
 ///
-///     class IsLong final : public Predicate<Identifier const&> {
-///       std::u16string description() const override { return u"IsLong"; }
+///     class HasArgumentCount final : public Predicate<ParenOperation const&> {
+///      public:
+///       explicit HasArgumentCount(std::size_t count) : count_(count) {}
+///       std::u16string description() const override { return u"HasArgumentCount"; }
 ///       bool dependsOn(ConsumerBase const*) const override { return false; }
-///       bool lessThan(PredicateBase const*) const override { return false; }
-///       bool test(Identifier const& id, ca::Analysis const&) override { return id.getText().size() > 30; }
+///       bool lessThan(PredicateBase const* other) const override {
+///         return count_ < static_cast<HasArgumentCount const&>(*other).count_;
+///       }
+///       bool test(ParenOperation const& call, ca::Analysis const&) override { return call.getArguments().size() == count_; }
+///
+///      private:
+///       std::size_t count_;
 ///     };
+///
+///     auto noArguments = all.parenOperation | std::make_unique<HasArgumentCount>(0);
+///     auto arguments = all.parenOperation | std::make_unique<ArgumentsOf>();
+///     assert(noArguments == (all.parenOperation | std::make_unique<HasArgumentCount>(0)));
+///     assert(noArguments != (all.parenOperation | std::make_unique<HasArgumentCount>(1)));
 class PredicateBase {
  public:
   virtual ~PredicateBase() = default;
@@ -46,7 +59,8 @@ class Predicate : public PredicateBase {
   virtual bool test(T item, ca::Analysis const& analysis) = 0;
 };
 
-/// A one-to-one stage: exactly one result for each item.
+/// A one-to-one stage: exactly one result for each item (`RightSide` in
+/// rulesystem/rulesystem.hpp is one).
 class TransformBase {
  public:
   virtual ~TransformBase() = default;
@@ -64,6 +78,15 @@ class Transform : public TransformBase {
 
 /// A one-to-many stage: zero or more results for each item, handed on as they
 /// are found.
+///
+///     class ArgumentsOf final : public SelectMany<ParenOperation const&, Node const&> {
+///      public:
+///       std::u16string description() const override { return u"ArgumentsOf"; }
+///       bool lessThan(SelectManyBase const*) const override { return false; }
+///       void select(ParenOperation const& call, ca::Analysis const&, std::function<void(Node const&)> const& yield) const override {
+///         for (Expression const* argument : call.getArguments()) yield(*argument);
+///       }
+///     };
 class SelectManyBase {
  public:
   virtual ~SelectManyBase() = default;

@@ -20,8 +20,8 @@ namespace ca::rulesystem {
 /// attachment, so for each item the subrule's branch runs to its end before
 /// the test, which then answers about the item at hand.
 ///
-///     auto hasLiteralArgument = all.parenOperation | getArguments() | isNumberLiteral();
-///     all.parenOperation | subrule(hasLiteralArgument) | report(u"literal argument");
+///     auto literalArguments = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+///     all.parenOperation | subrule(literalArguments) | std::make_shared<Report<ParenOperation>>(u"literal argument");
 ///
 /// Invariants: while it lives, its own consumer is attached to the watched
 /// producer; the destructor detaches it. `matches` is the one state of the

@@ -18,8 +18,32 @@ namespace ca::rulesystem {
 /// branch of the one `Switch` that computes the key behind a producer, so the
 /// cost per item does not grow with the number of rules that ask.
 ///
-///     class IsCallNamed final : public Switchable<Call const&, StringId> { ... };
-///     all.calls | std::make_unique<IsCallNamed>(StringId(u"eval"))
+///     class ArgumentCount final : public Transform<ParenOperation const&, std::size_t> {
+///      public:
+///       std::u16string description() const override { return u"ArgumentCount"; }
+///       bool lessThan(TransformBase const*) const override { return false; }
+///       std::size_t transform(ParenOperation const& call, ca::Analysis const&) const override {
+///         return call.getArguments().size();
+///       }
+///     };
+///
+///     class ArgumentCountIs final : public Switchable<ParenOperation const&, std::size_t> {
+///      public:
+///       explicit ArgumentCountIs(std::set<std::size_t> counts) : counts_(std::move(counts)) {}
+///       std::unique_ptr<Transform<ParenOperation const&, std::size_t>> getTransform() const override {
+///         return std::make_unique<ArgumentCount>();
+///       }
+///       std::set<std::size_t> getKeys() const override { return counts_; }
+///
+///      private:
+///       std::set<std::size_t> counts_;
+///     };
+///
+/// Both rules below share one switch behind `all.parenOperation`: the count
+/// is computed once per call.
+///
+///     auto unary = all.parenOperation | std::make_unique<ArgumentCountIs>(std::set<std::size_t>{1});
+///     auto binary = all.parenOperation | std::make_unique<ArgumentCountIs>(std::set<std::size_t>{2});
 template <class T, class Key>
 class Switchable {
  public:

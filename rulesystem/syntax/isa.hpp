@@ -22,7 +22,9 @@ class KindTransform final : public Transform<Node const&, lf::astapi::NodeKind> 
 /// `isa` on one producer meet in one switch on the kind, so a node costs one
 /// lookup whatever the number of classes asked for.
 ///
-///     Producer<Field const&> fields = all.program->upcast<Node const&>() ... | isa<Field>();
+///     auto rightSides = all.assignment | std::make_unique<RightSide>();
+///     auto numbers = rightSides | isa<NumberLiteral>();
+///     auto texts = rightSides | isa<CharVectorLiteral>();
 template <class T>
 struct isa {};
 

@@ -22,12 +22,21 @@ struct ListingOptions {
 /// number of its parents when it has more than one, and its counts. A vertex
 /// reached again is referred to by its number instead of listed twice.
 ///
-///     #1 Root Field
-///       #2 Switch FieldName
-///         #3 Case alpha
-///           #5 Combine  (2 parents)
-///         #4 Case beta
-///           -> #5
+///     AllNodes all;
+///     auto rightSides = all.assignment | std::make_unique<RightSide>();
+///     rightSides | isa<NumberLiteral>() | std::make_shared<Report<NumberLiteral>>(u"number");
+///     rightSides | isa<CharVectorLiteral>() | std::make_shared<Report<CharVectorLiteral>>(u"text");
+///     assert(listGraph(all) ==
+///            "#1 Root Assignment\n"
+///            "  #2 Transform RightSide\n"
+///            "    #3 Switch NodeKind\n"
+///            "      #4 Case CharVectorLiteral\n"
+///            "        #5 Transform Downcast CharVectorLiteral\n"
+///            "          #6 Report text\n"
+///            "      #7 Case NumberLiteral\n"
+///            "        #8 Transform Downcast NumberLiteral\n"
+///            "          #9 Report number\n"
+///            "(63 roots without rules not shown)\n");
 std::string listGraph(ca::rulesystem::AllNodes const& all, ListingOptions const& options = {});
 
 /// The same graph in the DOT language: one node a vertex, solid edges to
