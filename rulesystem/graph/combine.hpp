@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "rulesystem/graph/checked_precondition.hpp"
 #include "rulesystem/graph/producer.hpp"
 
 namespace ca::rulesystem {
@@ -29,11 +30,13 @@ class CombineProducer final : public ProducerImpl<T>, public Consumer<T> {
   std::size_t const inputCount;
 };
 
-/// The combination of `inputs`, which must not be empty: found under the input
-/// with the lowest address, where it was entered, or made there. The new
-/// vertex runs after the consumers that each input already had.
+/// The combination of `inputs`, which must not be empty (checked builds stop
+/// on an empty set): found under the input with the lowest address, where it
+/// was entered, or made there. The new vertex runs after the consumers that
+/// each input already had.
 template <class T>
 std::shared_ptr<ProducerImpl<T>> combine(std::set<ProducerImpl<T>*> const& inputs) {
+  PLEXUS_CHECK_PRECONDITION(!inputs.empty(), "combine was given no inputs; a combination needs at least one");
   ProducerImpl<T>* const first = *inputs.begin();
   if (auto found = first->combinations_.find(inputs); found != first->combinations_.end()) return found->second;
   auto vertex = std::make_shared<CombineProducer<T>>(inputs.size());

@@ -4,10 +4,14 @@
 #include <set>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <unordered_map>
 #include <vector>
 
+#include <boost/core/demangle.hpp>
+
 #include "platform/i18n/i18n.hpp"
+#include "rulesystem/graph/checked_precondition.hpp"
 #include "rulesystem/graph/combine.hpp"
 #include "rulesystem/graph/producer.hpp"
 
@@ -29,7 +33,7 @@ class Switchable {
   virtual ~Switchable() = default;
   /// A new transform that computes the key of an item.
   virtual std::unique_ptr<Transform<T, Key>> getTransform() const = 0;
-  /// The keys that pass; never empty.
+  /// The keys that pass; never empty (checked builds stop at an empty set).
   virtual std::set<Key> getKeys() const = 0;
 };
 
@@ -125,6 +129,8 @@ template <class Out, class Key>
 std::shared_ptr<ProducerImpl<Out>> ProducerImpl<T>::where(std::unique_ptr<Switchable<T, Key>> switchable) {
   std::shared_ptr<Switch<T, Out, Key>> const branching = getSwitch<Out, Key>(switchable->getTransform());
   std::set<Key> const keys = switchable->getKeys();
+  PLEXUS_CHECK_PRECONDITION(!keys.empty(), boost::core::demangle(typeid(*switchable).name()) +
+                                               " gave no keys; a Switchable selects at least one");
   if (keys.size() == 1) return branching->getCase(*keys.begin());
   return combine(branching->getCases(keys));
 }

@@ -61,6 +61,16 @@ TEST(Combine, SameSetGivesSameVertexAttachedOnceToEachInput) {
   EXPECT_EQ(combine(std::set<Producer<Node const&>>{pa, pb}).impl, first);
 }
 
+TEST(CombineDeathTest, CheckedBuildsStopACombinationOfNoInputs) {
+#ifndef PLEXUS_CHECKED
+  GTEST_SKIP() << "only checked builds (debug, sanitizers) look for a combination of no inputs";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(combine(std::set<ProducerImpl<Node const&>*>{}),
+               "combine was given no inputs; a combination needs at least one");
+#endif
+}
+
 TEST(Combine, AnItemFromTwoInputsReachesEachConsumerTwice) {
   Roots r;
   Runs runs;

@@ -160,6 +160,20 @@ TEST(Switch, CasesDescribeTheirKeysAsText) {
   EXPECT_EQ(byNumber.cases.size(), 3u);
 }
 
+TEST(SwitchDeathTest, CheckedBuildsStopASwitchableWithoutKeys) {
+#ifndef PLEXUS_CHECKED
+  GTEST_SKIP() << "only checked builds (debug, sanitizers) look for a switchable without keys";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(
+      {
+        AllNodes all;
+        all.field | isFieldNamed({});
+      },
+      "plexus::testing::IsFieldNamed gave no keys; a Switchable selects at least one");
+#endif
+}
+
 // A key whose copy fails on the n-th copy after `armed` is set, standing in
 // for any failure while a case is made (an allocation, a copy of the key).
 struct FragileKey {
