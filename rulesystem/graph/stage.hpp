@@ -18,21 +18,16 @@ namespace ca::rulesystem {
 /// The item of a predicate that looks only at the analysis.
 struct Typeless {};
 
-/// A filter stage.
-///
-///     class IsLong final : public Predicate<Identifier const&> {
-///       std::u16string description() const override { return u"IsLong"; }
-///       bool dependsOn(ConsumerBase const*) const override { return false; }
-///       bool lessThan(PredicateBase const*) const override { return false; }
-///       bool test(Identifier const& id, ca::Analysis const&) override { return id.getText().size() > 30; }
-///     };
+/// A filter stage. Stage classes derive from `StageOf` (see its example in
+/// stage_of.hpp), which holds their parameters and gives `lessThan` and
+/// `dependsOn` from them.
 class PredicateBase {
  public:
   virtual ~PredicateBase() = default;
   /// The text of this stage in a listing of the graph.
   virtual std::u16string description() const = 0;
   /// Whether this predicate relies on `other` (only one that holds a part of
-  /// the graph does).
+  /// the graph does, or holds a predicate that does).
   virtual bool dependsOn(ConsumerBase const* other) const = 0;
   /// The order among stages of one dynamic class; `other` is of this class.
   virtual bool lessThan(PredicateBase const* other) const = 0;

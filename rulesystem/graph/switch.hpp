@@ -20,7 +20,9 @@ namespace ca::rulesystem {
 /// A question with many answers, asked as a filter: "is the name of this call
 /// one of these?". Not a stage but a recipe for one: `where` turns it into a
 /// branch of the one `Switch` that computes the key behind a producer, so the
-/// cost per item does not grow with the number of rules that ask.
+/// cost per item does not grow with the number of rules that ask. It has no
+/// identity of its own to compare: the switch is found by that of its key
+/// transform, a stage, and the keys pick the cases.
 ///
 ///     class IsCallNamed final : public Switchable<Call const&, StringId> { ... };
 ///     all.calls | std::make_unique<IsCallNamed>(StringId(u"eval"))
