@@ -9,26 +9,23 @@
 #include "platform/ast/ast.hpp"
 #include "platform/ast/string_id.hpp"
 #include "rulesystem/graph/stage.hpp"
+#include "rulesystem/graph/stage_of.hpp"
 
 namespace plexus::bench {
 
 /// Passes calls whose called expression is the plain name `name`.
-class CallNameIs final : public ca::rulesystem::Predicate<ca::ast::ParenOperation const&> {
+class CallNameIs final
+    : public ca::rulesystem::StageOf<CallNameIs, ca::rulesystem::Predicate<ca::ast::ParenOperation const&>,
+                                     ca::astapi::StringId> {
  public:
-  explicit CallNameIs(ca::astapi::StringId name) : name_(name) {}
-  std::u16string description() const override { return u"CallNameIs " + name_.getString(); }
-  bool dependsOn(ca::rulesystem::ConsumerBase const*) const override { return false; }
-  bool lessThan(ca::rulesystem::PredicateBase const* other) const override {
-    return name_ < static_cast<CallNameIs const*>(other)->name_;
-  }
+  using StageOf::StageOf;
+  ca::astapi::StringId name() const { return parameter<0>(); }
+  std::u16string description() const override { return u"CallNameIs " + name().getString(); }
   bool test(ca::ast::ParenOperation const& call, ca::Analysis const&) override {
     ca::ast::Expression const* function = call.getFunction();
     return function->getKind() == lf::astapi::NodeKind::Identifier &&
-           static_cast<ca::ast::Identifier const*>(function)->getStringId() == name_;
+           static_cast<ca::ast::Identifier const*>(function)->getStringId() == name();
   }
-
- private:
-  ca::astapi::StringId name_;
 };
 
 }  // namespace plexus::bench

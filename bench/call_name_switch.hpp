@@ -12,6 +12,7 @@
 
 #include "platform/ast/ast.hpp"
 #include "platform/ast/string_id.hpp"
+#include "rulesystem/graph/stage_of.hpp"
 #include "rulesystem/graph/switch.hpp"
 
 namespace plexus::bench {
@@ -20,10 +21,11 @@ namespace plexus::bench {
 /// name (`f(x)`), else the empty name (`s.f(x)`, `c{1}(x)`), which no rule
 /// asks for since no name is empty. Every instance equals every other, so
 /// that all rules on one producer share one switch.
-class CalledNameKey final : public ca::rulesystem::Transform<ca::ast::ParenOperation const&, ca::astapi::StringId> {
+class CalledNameKey final
+    : public ca::rulesystem::StageOf<CalledNameKey,
+                                     ca::rulesystem::Transform<ca::ast::ParenOperation const&, ca::astapi::StringId>> {
  public:
   std::u16string description() const override { return u"CalledNameKey"; }
-  bool lessThan(ca::rulesystem::TransformBase const*) const override { return false; }
   ca::astapi::StringId transform(ca::ast::ParenOperation const& call, ca::Analysis const&) const override {
     ca::ast::Expression const* function = call.getFunction();
     if (function->getKind() != lf::astapi::NodeKind::Identifier) return {};

@@ -10,14 +10,14 @@
 ///
 /// One rule from start to end: "report each assignment of a number literal".
 ///
-/// 1. A stage of the rule's own. A transform gives one result per item; its
-///    identity (which stages are one vertex) is its class and its parameters,
-///    here none.
+/// 1. A stage of the rule's own. A transform gives one result per item. A
+///    stage is written on `StageOf`, which holds its parameters (here none):
+///    its identity, which decides which stages are one vertex, is its class
+///    and those parameters.
 ///
-///     class RightSide final : public Transform<Assignment const&, Node const&> {
+///     class RightSide final : public StageOf<RightSide, Transform<Assignment const&, Node const&>> {
 ///      public:
 ///       std::u16string description() const override { return u"RightSide"; }
-///       bool lessThan(TransformBase const*) const override { return false; }
 ///       Node const& transform(Assignment const& assignment, ca::Analysis const&) const override {
 ///         return *assignment.getRight();
 ///       }
@@ -61,8 +61,8 @@
 ///     all.execute(*analysed.analysis, &helper);
 ///     assert(findings.lines == std::vector<std::u16string>({u"1: a number assigned", u"3: a number assigned"}));
 ///
-/// Where to go next: `rulesystem/graph/stage.hpp` (predicates, transforms,
-/// select-manys), `rulesystem/graph/combinators.hpp` (`!`, `||`),
+/// Where to go next: `rulesystem/graph/stage_of.hpp` and
+/// `rulesystem/graph/stage.hpp` (predicates, transforms, select-manys), `rulesystem/graph/combinators.hpp` (`!`, `||`),
 /// `rulesystem/graph/switch.hpp` (questions with many answers, asked once per
 /// item), `rulesystem/graph/combine.hpp` (one stream from several),
 /// `rulesystem/graph/subrule.hpp` (one branch asking another), and
@@ -76,6 +76,8 @@
 #include "rulesystem/graph/consumer.hpp"
 #include "rulesystem/graph/producer.hpp"
 #include "rulesystem/graph/stage.hpp"
+#include "rulesystem/graph/stage_of.hpp"
+#include "rulesystem/graph/uncompared.hpp"
 #include "rulesystem/graph/subrule.hpp"
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"

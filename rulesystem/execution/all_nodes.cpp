@@ -27,7 +27,7 @@ AllNodes::AllNodes()
 
 std::vector<ProducerConsumerBase const*> AllNodes::allProducers() const {
   std::vector<ProducerConsumerBase const*> roots;
-  roots.reserve(62);
+  roots.reserve(treeRootCount);
   roots.push_back(method.impl.get());
 #define PLEXUS_ROOT(member, TreeClass) roots.push_back(member.impl.get());
 #include "rulesystem/execution/root_producers.def"

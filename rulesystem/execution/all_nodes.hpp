@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "platform/ast/ast.hpp"
@@ -37,8 +38,16 @@ class AllNodes {
   /// Use-def records that are uses, after the tree pass.
   Producer<ca::usedef::Use const*> use;
 
-  /// The 62 tree roots in member order, "Definition" and "Use" left out. Not
-  /// owning; a null member gives a null entry.
+  /// The number of tree roots: `method` and one per line of
+  /// root_producers.def.
+  static constexpr std::size_t treeRootCount = 1
+#define PLEXUS_ROOT(member, TreeClass) +1
+#include "rulesystem/execution/root_producers.def"
+#undef PLEXUS_ROOT
+      ;
+
+  /// The `treeRootCount` tree roots in member order, "Definition" and "Use"
+  /// left out. Not owning; a null member gives a null entry.
   std::vector<ProducerConsumerBase const*> allProducers() const;
 
   /// Runs the graph over one file: the walk of its tree, then its use-def

@@ -10,6 +10,7 @@
 #include <typeinfo>
 
 #include "rulesystem/graph/stage.hpp"
+#include "rulesystem/graph/stage_of.hpp"
 
 namespace ca::rulesystem {
 
@@ -17,25 +18,24 @@ namespace ca::rulesystem {
 ///
 ///     auto withArguments = all.parenOperation | !std::make_unique<HasArgumentCount>(0);
 template <class T>
-class NotPredicate final : public Predicate<T> {
+class NotPredicate final : public StageOf<NotPredicate<T>, Predicate<T>, std::unique_ptr<Predicate<T>>> {
+  using Base = StageOf<NotPredicate<T>, Predicate<T>, std::unique_ptr<Predicate<T>>>;
+
  public:
-  explicit NotPredicate(std::unique_ptr<Predicate<T>> operand) : predicate(std::move(operand)) {}
+  using Base::Base;
+
+  /// The negated predicate.
+  Predicate<T>& operand() const { return *this->template parameter<0>(); }
 
   std::u16string description() const override {
     // Appended piece by piece: GCC 12 at -O3 warns falsely (-Wrestrict) on a
     // literal + string concatenation.
     std::u16string text = u"!( ";
-    text += predicate->description();
+    text += operand().description();
     text += u" )";
     return text;
   }
-  bool dependsOn(ConsumerBase const* other) const override { return predicate->dependsOn(other); }
-  bool lessThan(PredicateBase const* other) const override {
-    return PredicateCompare()(predicate.get(), dynamic_cast<NotPredicate const*>(other)->predicate.get());
-  }
-  bool test(T item, ca::Analysis const& analysis) override { return !predicate->test(item, analysis); }
-
-  std::unique_ptr<Predicate<T>> const predicate;
+  bool test(T item, ca::Analysis const& analysis) override { return !operand().test(item, analysis); }
 };
 
 /// `a || b`: passes what either passes. Both operands are tested for every
@@ -44,39 +44,30 @@ class NotPredicate final : public Predicate<T> {
 ///
 ///     auto oneOrTwo = all.parenOperation | (std::make_unique<HasArgumentCount>(1) || std::make_unique<HasArgumentCount>(2));
 template <class T, class L, class R>
-class OrPredicate final : public Predicate<T> {
+class OrPredicate final
+    : public StageOf<OrPredicate<T, L, R>, Predicate<T>, std::unique_ptr<Predicate<L>>, std::unique_ptr<Predicate<R>>> {
+  using Base =
+      StageOf<OrPredicate<T, L, R>, Predicate<T>, std::unique_ptr<Predicate<L>>, std::unique_ptr<Predicate<R>>>;
+
  public:
-  OrPredicate(std::unique_ptr<Predicate<L>> firstOperand, std::unique_ptr<Predicate<R>> secondOperand)
-      : first(std::move(firstOperand)), second(std::move(secondOperand)) {}
+  using Base::Base;
+
+  Predicate<L>& first() const { return *this->template parameter<0>(); }
+  Predicate<R>& second() const { return *this->template parameter<1>(); }
 
   std::u16string description() const override {
     std::u16string text = u"(";
-    text += first->description();
+    text += first().description();
     text += u") || (";
-    text += second->description();
+    text += second().description();
     text += u")";
     return text;
   }
-  bool dependsOn(ConsumerBase const* other) const override {
-    return first->dependsOn(other) || second->dependsOn(other);
-  }
-  bool lessThan(PredicateBase const* other) const override {
-    auto const* that = dynamic_cast<OrPredicate const*>(other);
-    PredicateCompare const cmp;
-    if (cmp(first.get(), that->first.get())) return true;
-    if (cmp(that->first.get(), first.get())) return false;
-    // The second operands compare the other way round; still a strict weak
-    // order, and it fixes the order of entries in the stage maps.
-    return cmp(that->second.get(), second.get());
-  }
   bool test(T item, ca::Analysis const& analysis) override {
-    bool const firstPassed = first->test(ItemConversion<L, T>::convert(item), analysis);
-    bool const secondPassed = second->test(ItemConversion<R, T>::convert(item), analysis);
+    bool const firstPassed = first().test(ItemConversion<L, T>::convert(item), analysis);
+    bool const secondPassed = second().test(ItemConversion<R, T>::convert(item), analysis);
     return firstPassed || secondPassed;
   }
-
-  std::unique_ptr<Predicate<L>> const first;
-  std::unique_ptr<Predicate<R>> const second;
 };
 
 namespace detail {

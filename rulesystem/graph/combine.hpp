@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "rulesystem/graph/checked_precondition.hpp"
 #include "rulesystem/graph/producer.hpp"
 
 namespace ca::rulesystem {
@@ -14,7 +15,7 @@ namespace ca::rulesystem {
 /// consumers twice; whoever combines sees that the inputs are disjoint.
 ///
 ///     auto assigned = all.assignment | std::make_unique<RightSide>() | isa<NumberLiteral>();
-///     auto passed = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+///     auto passed = all.parenOperation | std::make_unique<CallArguments>() | isa<NumberLiteral>();
 ///     auto either = combine(std::set{assigned, passed});
 template <class T>
 class CombineProducer final : public ProducerImpl<T>, public Consumer<T> {
@@ -31,11 +32,13 @@ class CombineProducer final : public ProducerImpl<T>, public Consumer<T> {
   std::size_t const inputCount;
 };
 
-/// The combination of `inputs`, which must not be empty: found under the input
-/// with the lowest address, where it was entered, or made there. The new
-/// vertex runs after the consumers that each input already had.
+/// The combination of `inputs`, which must not be empty (checked builds stop
+/// on an empty set): found under the input with the lowest address, where it
+/// was entered, or made there. The new vertex runs after the consumers that
+/// each input already had.
 template <class T>
 std::shared_ptr<ProducerImpl<T>> combine(std::set<ProducerImpl<T>*> const& inputs) {
+  PLEXUS_CHECK_PRECONDITION(!inputs.empty(), "combine was given no inputs; a combination needs at least one");
   ProducerImpl<T>* const first = *inputs.begin();
   if (auto found = first->combinations_.find(inputs); found != first->combinations_.end()) return found->second;
   auto vertex = std::make_shared<CombineProducer<T>>(inputs.size());

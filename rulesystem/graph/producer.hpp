@@ -13,8 +13,10 @@
 #include "rulesystem/execution/message_helper.hpp"
 #include "rulesystem/execution/profiler.hpp"
 #include "rulesystem/graph/consumer.hpp"
+#include "rulesystem/graph/parameter_order.hpp"
 #include "rulesystem/graph/run_scope.hpp"
 #include "rulesystem/graph/stage.hpp"
+#include "rulesystem/graph/stage_of.hpp"
 
 namespace ca::rulesystem {
 
@@ -218,32 +220,38 @@ std::shared_ptr<ProducerImpl<Out>> ProducerImpl<T>::selectMany(std::unique_ptr<S
   return output;
 }
 
+namespace detail {
+/// Hands an item on as its base class Out; all upcasts to Out are one stage.
+template <class In, class Out>
+class UpcastTransform final : public StageOf<UpcastTransform<In, Out>, Transform<In, Out>> {
+ public:
+  std::u16string description() const override {
+    std::u16string text = u"Upcast ";
+    text += ca::utils::prettyTypeName<Out>();
+    return text;
+  }
+  Out transform(In item, ca::Analysis const&) const override { return ItemConversion<Out, In>::convert(item); }
+};
+
+/// Hands an item on as the derived class Out, unchecked.
+template <class In, class Out>
+class DowncastTransform final : public StageOf<DowncastTransform<In, Out>, Transform<In, Out>> {
+ public:
+  std::u16string description() const override { return u"Downcast " + ca::utils::prettyTypeName<Out>(); }
+  Out transform(In item, ca::Analysis const&) const override { return static_cast<Out>(item); }
+};
+}  // namespace detail
+
 template <class T>
 template <class U>
 std::shared_ptr<ProducerImpl<U>> ProducerImpl<T>::upcast() {
-  class UpcastTransform final : public Transform<T, U> {
-   public:
-    std::u16string description() const override {
-      std::u16string text = u"Upcast ";
-      text += ca::utils::prettyTypeName<U>();
-      return text;
-    }
-    bool lessThan(TransformBase const*) const override { return false; }
-    U transform(T item, ca::Analysis const&) const override { return ItemConversion<U, T>::convert(item); }
-  };
-  return transform<U>(std::make_unique<UpcastTransform>());
+  return transform<U>(std::make_unique<detail::UpcastTransform<T, U>>());
 }
 
 template <class T>
 template <class U>
 std::shared_ptr<ProducerImpl<U>> ProducerImpl<T>::downcast() {
-  class DowncastTransform final : public Transform<T, U> {
-   public:
-    std::u16string description() const override { return u"Downcast " + ca::utils::prettyTypeName<U>(); }
-    bool lessThan(TransformBase const*) const override { return false; }
-    U transform(T item, ca::Analysis const&) const override { return static_cast<U>(item); }
-  };
-  return transform<U>(std::make_unique<DowncastTransform>());
+  return transform<U>(std::make_unique<detail::DowncastTransform<T, U>>());
 }
 
 /// The handle that rule code holds and pipes: copying it shares the vertex,
@@ -264,6 +272,14 @@ struct Producer {
   friend bool operator==(Producer const& a, Producer const& b) { return a.impl == b.impl; }
 
   std::shared_ptr<ProducerImpl<T>> impl;
+};
+
+/// A producer as a stage parameter (a subrule's watched branch) is ordered by
+/// the vertex it designates: a vertex is already the one place of every equal
+/// pipeline, so two handles of it mean the same branch.
+template <class T>
+struct ParameterOrder<Producer<T>> {
+  static bool less(Producer<T> const& a, Producer<T> const& b) { return a < b; }
 };
 
 // The pipe operators. The right side is a stage as a sole owner (of the typed

@@ -18,34 +18,16 @@ namespace ca::rulesystem {
 /// The item of a predicate that looks only at the analysis.
 struct Typeless {};
 
-/// A filter stage. Its parameter, the number of arguments, is part of its
-/// identity: equal counts are one vertex, different counts two.
-///
-///     class HasArgumentCount final : public Predicate<ParenOperation const&> {
-///      public:
-///       explicit HasArgumentCount(std::size_t count) : count_(count) {}
-///       std::u16string description() const override { return u"HasArgumentCount"; }
-///       bool dependsOn(ConsumerBase const*) const override { return false; }
-///       bool lessThan(PredicateBase const* other) const override {
-///         return count_ < static_cast<HasArgumentCount const&>(*other).count_;
-///       }
-///       bool test(ParenOperation const& call, ca::Analysis const&) override { return call.getArguments().size() == count_; }
-///
-///      private:
-///       std::size_t count_;
-///     };
-///
-///     auto noArguments = all.parenOperation | std::make_unique<HasArgumentCount>(0);
-///     auto arguments = all.parenOperation | std::make_unique<ArgumentsOf>();
-///     assert(noArguments == (all.parenOperation | std::make_unique<HasArgumentCount>(0)));
-///     assert(noArguments != (all.parenOperation | std::make_unique<HasArgumentCount>(1)));
+/// A filter stage. Stage classes derive from `StageOf` (see its example in
+/// stage_of.hpp), which holds their parameters and gives `lessThan` and
+/// `dependsOn` from them.
 class PredicateBase {
  public:
   virtual ~PredicateBase() = default;
   /// The text of this stage in a listing of the graph.
   virtual std::u16string description() const = 0;
   /// Whether this predicate relies on `other` (only one that holds a part of
-  /// the graph does).
+  /// the graph does, or holds a predicate that does).
   virtual bool dependsOn(ConsumerBase const* other) const = 0;
   /// The order among stages of one dynamic class; `other` is of this class.
   virtual bool lessThan(PredicateBase const* other) const = 0;
@@ -59,8 +41,7 @@ class Predicate : public PredicateBase {
   virtual bool test(T item, ca::Analysis const& analysis) = 0;
 };
 
-/// A one-to-one stage: exactly one result for each item (`RightSide` in
-/// rulesystem/rulesystem.hpp is one).
+/// A one-to-one stage: exactly one result for each item.
 class TransformBase {
  public:
   virtual ~TransformBase() = default;
@@ -79,14 +60,20 @@ class Transform : public TransformBase {
 /// A one-to-many stage: zero or more results for each item, handed on as they
 /// are found.
 ///
-///     class ArgumentsOf final : public SelectMany<ParenOperation const&, Node const&> {
+///     class CallArguments final : public StageOf<CallArguments, SelectMany<ParenOperation const&, Node const&>> {
 ///      public:
-///       std::u16string description() const override { return u"ArgumentsOf"; }
-///       bool lessThan(SelectManyBase const*) const override { return false; }
+///       std::u16string description() const override { return u"CallArguments"; }
 ///       void select(ParenOperation const& call, ca::Analysis const&, std::function<void(Node const&)> const& yield) const override {
 ///         for (Expression const* argument : call.getArguments()) yield(*argument);
 ///       }
 ///     };
+///
+/// Equal stages on one producer are one vertex, different ones two:
+///
+///     auto noArguments = all.parenOperation | std::make_unique<HasArgumentCount>(0);
+///     auto arguments = all.parenOperation | std::make_unique<CallArguments>();
+///     assert(noArguments == (all.parenOperation | std::make_unique<HasArgumentCount>(0)));
+///     assert(noArguments != (all.parenOperation | std::make_unique<HasArgumentCount>(1)));
 class SelectManyBase {
  public:
   virtual ~SelectManyBase() = default;

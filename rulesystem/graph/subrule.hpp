@@ -8,8 +8,13 @@
 
 #include "rulesystem/graph/producer.hpp"
 #include "rulesystem/graph/run_scope.hpp"
+#include "rulesystem/graph/stage_of.hpp"
+#include "rulesystem/graph/uncompared.hpp"
 
 namespace ca::rulesystem {
+
+template <class T>
+class SubruleSignals;
 
 /// A predicate that asks another branch of the graph: true when the watched
 /// producer has delivered something for this analysis since the predicate was
@@ -20,7 +25,7 @@ namespace ca::rulesystem {
 /// attachment, so for each item the subrule's branch runs to its end before
 /// the test, which then answers about the item at hand.
 ///
-///     auto literalArguments = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+///     auto literalArguments = all.parenOperation | std::make_unique<CallArguments>() | isa<NumberLiteral>();
 ///     all.parenOperation | subrule(literalArguments) | std::make_shared<Report<ParenOperation>>(u"literal argument");
 ///
 /// Invariants: while it lives, its own consumer is attached to the watched
@@ -30,13 +35,45 @@ namespace ca::rulesystem {
 /// A signal left untested when a run of `AllNodes::execute` ends is dropped
 /// with the run (also when it ends by an exception): an analysis that is
 /// freed and another made at its address must not inherit it.
+///
+/// Its identity is the watched producer alone. What else it holds, its own
+/// consumer on that producer and the signals the consumer receives, it makes
+/// for itself: every instance has its own, so they are no part of what tells
+/// two subrules apart, and stand as an `Uncompared` parameter. Two subrules on
+/// one producer are one stage; the one asked for second is dropped, and with
+/// it its consumer.
 template <class T>
-class SubrulePredicate final : public Predicate<Typeless>, public RunState {
+class SubrulePredicate final : public StageOf<SubrulePredicate<T>, Predicate<Typeless>, Producer<T>,
+                                              Uncompared<std::unique_ptr<SubruleSignals<T>>>> {
+  using Base =
+      StageOf<SubrulePredicate<T>, Predicate<Typeless>, Producer<T>, Uncompared<std::unique_ptr<SubruleSignals<T>>>>;
+
  public:
-  /// Delivers the analysis of each item it receives to its owner.
+  explicit SubrulePredicate(Producer<T> watched)
+      : Base(watched, Uncompared(std::make_unique<SubruleSignals<T>>(watched))) {}
+
+  /// The producer whose deliveries this predicate asks about.
+  Producer<T> const& producer() const noexcept { return this->template parameter<0>(); }
+  /// The consumer on the watched producer and what it received.
+  SubruleSignals<T>& signals() const noexcept { return *this->template parameter<1>().value; }
+
+  std::u16string description() const override { return u"Subrule"; }
+  /// A subrule relies on the branch it watches, through its own consumer.
+  bool dependsOn(ConsumerBase const* other) const override { return signals().consumer->dependsOn(other); }
+  bool test(Typeless, ca::Analysis const& analysis) override { return signals().take(&analysis); }
+};
+
+/// The working state of one subrule (see `SubrulePredicate` for its
+/// invariants): its own consumer, attached to the watched producer from
+/// construction to destruction, and the analyses for which that consumer
+/// received an item not yet tested, which runs drop when they end.
+template <class T>
+class SubruleSignals final : public RunState {
+ public:
+  /// Records the analysis of each item it receives with its owner.
   class SubruleConsumer final : public Consumer<T> {
    public:
-    explicit SubruleConsumer(SubrulePredicate* subrule) : owner(subrule) {}
+    explicit SubruleConsumer(SubruleSignals* signals) : owner(signals) {}
     std::u16string kindDescription() const override { return u"SubruleConsumer"; }
     std::u16string detailsDescription() const override { return u"?"; }
     void consume(T, ca::Analysis const& analysis, MessageHelper const*) const override {
@@ -48,31 +85,26 @@ class SubrulePredicate final : public Predicate<Typeless>, public RunState {
       if (!inserted) return;
       if (RunScope* const run = RunScope::current()) run->note(owner);
     }
-    SubrulePredicate* const owner;
+    SubruleSignals* const owner;
   };
 
-  explicit SubrulePredicate(Producer<T> watched)
+  explicit SubruleSignals(Producer<T> watched)
       : producer(std::move(watched)), consumer(std::make_shared<SubruleConsumer>(this)) {
     producer.impl->attach(consumer);
   }
 
-  ~SubrulePredicate() override {
+  ~SubruleSignals() {
     std::shared_ptr<SubruleConsumer> const held = consumer;
     producer.impl->detach(held.get());
   }
 
-  SubrulePredicate(SubrulePredicate const&) = delete;
-  SubrulePredicate& operator=(SubrulePredicate const&) = delete;
+  SubruleSignals(SubruleSignals const&) = delete;
+  SubruleSignals& operator=(SubruleSignals const&) = delete;
 
-  std::u16string description() const override { return u"Subrule"; }
-  bool dependsOn(ConsumerBase const* other) const override { return consumer->dependsOn(other); }
-  bool lessThan(PredicateBase const* other) const override {
-    return std::less<ProducerImpl<T>*>{}(producer.impl.get(),
-                                         dynamic_cast<SubrulePredicate const*>(other)->producer.impl.get());
-  }
-  bool test(Typeless, ca::Analysis const& analysis) override {
+  /// Whether a signal for `analysis` is pending; uses it up.
+  bool take(ca::Analysis const* analysis) {
     std::lock_guard lock(mutex);
-    return matches.erase(&analysis) > 0;
+    return matches.erase(analysis) > 0;
   }
 
   void forget(ca::Analysis const* analysis) noexcept override {

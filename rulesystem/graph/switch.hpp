@@ -4,10 +4,14 @@
 #include <set>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <unordered_map>
 #include <vector>
 
+#include <boost/core/demangle.hpp>
+
 #include "platform/i18n/i18n.hpp"
+#include "rulesystem/graph/checked_precondition.hpp"
 #include "rulesystem/graph/combine.hpp"
 #include "rulesystem/graph/producer.hpp"
 
@@ -16,12 +20,13 @@ namespace ca::rulesystem {
 /// A question with many answers, asked as a filter: "is the name of this call
 /// one of these?". Not a stage but a recipe for one: `where` turns it into a
 /// branch of the one `Switch` that computes the key behind a producer, so the
-/// cost per item does not grow with the number of rules that ask.
+/// cost per item does not grow with the number of rules that ask. It has no
+/// identity of its own to compare: the switch is found by that of its key
+/// transform, a stage, and the keys pick the cases.
 ///
-///     class ArgumentCount final : public Transform<ParenOperation const&, std::size_t> {
+///     class ArgumentCount final : public StageOf<ArgumentCount, Transform<ParenOperation const&, std::size_t>> {
 ///      public:
 ///       std::u16string description() const override { return u"ArgumentCount"; }
-///       bool lessThan(TransformBase const*) const override { return false; }
 ///       std::size_t transform(ParenOperation const& call, ca::Analysis const&) const override {
 ///         return call.getArguments().size();
 ///       }
@@ -53,7 +58,7 @@ class Switchable {
   virtual ~Switchable() = default;
   /// A new transform that computes the key of an item.
   virtual std::unique_ptr<Transform<T, Key>> getTransform() const = 0;
-  /// The keys that pass; never empty.
+  /// The keys that pass; never empty (checked builds stop at an empty set).
   virtual std::set<Key> getKeys() const = 0;
 };
 
@@ -149,6 +154,8 @@ template <class Out, class Key>
 std::shared_ptr<ProducerImpl<Out>> ProducerImpl<T>::where(std::unique_ptr<Switchable<T, Key>> switchable) {
   std::shared_ptr<Switch<T, Out, Key>> const branching = getSwitch<Out, Key>(switchable->getTransform());
   std::set<Key> const keys = switchable->getKeys();
+  PLEXUS_CHECK_PRECONDITION(!keys.empty(), boost::core::demangle(typeid(*switchable).name()) +
+                                               " gave no keys; a Switchable selects at least one");
   if (keys.size() == 1) return branching->getCase(*keys.begin());
   return combine(branching->getCases(keys));
 }

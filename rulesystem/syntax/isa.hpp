@@ -11,10 +11,9 @@
 namespace ca::rulesystem {
 
 /// The key of the dispatch by node class: the node's kind.
-class KindTransform final : public Transform<Node const&, lf::astapi::NodeKind> {
+class KindTransform final : public StageOf<KindTransform, Transform<Node const&, lf::astapi::NodeKind>> {
  public:
   std::u16string description() const override { return u"NodeKind"; }
-  bool lessThan(TransformBase const*) const override { return false; }
   lf::astapi::NodeKind transform(Node const& node, ca::Analysis const&) const override { return node.getKind(); }
 };
 

@@ -4,9 +4,10 @@
 // An example in a doc comment is a block of `///` lines whose text starts
 // after five blanks (the comment's own blank and an indent of four), after a
 // line `///` alone; such a line also ends the block. (A line indented as
-// much right after prose continues the prose, as in an indented list.) In the README an example is a ```cpp block. Each
-// block must stand in doc_examples_test.cpp as it is, up to blanks and line
-// breaks.
+// much right after prose continues the prose, as in an indented list.)
+// In the README an example is a ```cpp block. Each block must stand in
+// doc_examples_test.cpp as it is, up to blanks and line breaks, or, for the
+// stage classes that the examples declare, in doc_example_stages.hpp.
 
 #include <gtest/gtest.h>
 
@@ -117,15 +118,16 @@ std::vector<Example> allExamples() {
 }
 
 TEST(DocExamplesSync, EveryExampleShownIsCompiledAndRun) {
+  fs::path const folder = fs::path(PLEXUS_SOURCE_DIR) / "tests" / "examples";
   std::string const compiled =
-      normalised(readFile(fs::path(PLEXUS_SOURCE_DIR) / "tests" / "examples" / "doc_examples_test.cpp"));
+      normalised(readFile(folder / "doc_example_stages.hpp") + "\n" + readFile(folder / "doc_examples_test.cpp"));
   ASSERT_FALSE(compiled.empty());
   std::vector<Example> const examples = allExamples();
   // The headers hold a score of examples; finding few means the scan broke.
   EXPECT_GE(examples.size(), 20u);
   for (Example const& example : examples) {
     EXPECT_NE(compiled.find(normalised(example.text)), std::string::npos)
-        << example.where << ": this example is not in tests/examples/doc_examples_test.cpp:\n"
+        << example.where << ": this example is not in tests/examples/doc_examples_test.cpp or doc_example_stages.hpp:\n"
         << example.text;
   }
 }

@@ -1,6 +1,7 @@
 // Every example that a header's doc comment or the README shows, compiled and
-// run. The examples stand here word for word (doc_examples_sync_test.cpp
-// checks that), each with the few lines of context it needs around it; what
+// run. The examples stand here or, for the stage classes they declare, in
+// doc_example_stages.hpp, word for word (doc_examples_sync_test.cpp checks
+// that), each with the few lines of context it needs around it; what
 // an example claims about its result is checked with assert, which stays on
 // in every build of this file.
 
@@ -27,88 +28,12 @@
 #include "platform/utils/type_names.hpp"
 #include "rulesystem/graph/method_comparator.hpp"
 #include "rulesystem/rulesystem.hpp"
+#include "tests/examples/doc_example_stages.hpp"
 #include "tools/listing/graph_listing.hpp"
 
 namespace examples {
 
 using namespace ca::rulesystem;
-
-// rulesystem/rulesystem.hpp, step 1.
-class RightSide final : public Transform<Assignment const&, Node const&> {
- public:
-  std::u16string description() const override { return u"RightSide"; }
-  bool lessThan(TransformBase const*) const override { return false; }
-  Node const& transform(Assignment const& assignment, ca::Analysis const&) const override {
-    return *assignment.getRight();
-  }
-};
-
-// rulesystem/rulesystem.hpp, step 2.
-struct Findings final : MessageSink {
-  std::vector<std::u16string> lines;
-};
-
-template <class NodeClass>
-class Report final : public Consumer<NodeClass const&> {
- public:
-  explicit Report(std::u16string text) : text_(std::move(text)) {}
-  std::u16string kindDescription() const override { return u"Report"; }
-  std::u16string detailsDescription() const override { return text_; }
-  void consume(NodeClass const& node, ca::Analysis const&, MessageHelper const* helper) const override {
-    fl::i18n::TextStream line;
-    line << node.getSourceRange().first.line << u": " << text_;
-    static_cast<Findings*>(helper->sink)->lines.push_back(line.str());
-  }
-
- private:
-  std::u16string text_;
-};
-
-// rulesystem/graph/stage.hpp
-class HasArgumentCount final : public Predicate<ParenOperation const&> {
- public:
-  explicit HasArgumentCount(std::size_t count) : count_(count) {}
-  std::u16string description() const override { return u"HasArgumentCount"; }
-  bool dependsOn(ConsumerBase const*) const override { return false; }
-  bool lessThan(PredicateBase const* other) const override {
-    return count_ < static_cast<HasArgumentCount const&>(*other).count_;
-  }
-  bool test(ParenOperation const& call, ca::Analysis const&) override { return call.getArguments().size() == count_; }
-
- private:
-  std::size_t count_;
-};
-
-class ArgumentsOf final : public SelectMany<ParenOperation const&, Node const&> {
- public:
-  std::u16string description() const override { return u"ArgumentsOf"; }
-  bool lessThan(SelectManyBase const*) const override { return false; }
-  void select(ParenOperation const& call, ca::Analysis const&, std::function<void(Node const&)> const& yield) const override {
-    for (Expression const* argument : call.getArguments()) yield(*argument);
-  }
-};
-
-// rulesystem/graph/switch.hpp
-class ArgumentCount final : public Transform<ParenOperation const&, std::size_t> {
- public:
-  std::u16string description() const override { return u"ArgumentCount"; }
-  bool lessThan(TransformBase const*) const override { return false; }
-  std::size_t transform(ParenOperation const& call, ca::Analysis const&) const override {
-    return call.getArguments().size();
-  }
-};
-
-class ArgumentCountIs final : public Switchable<ParenOperation const&, std::size_t> {
- public:
-  explicit ArgumentCountIs(std::set<std::size_t> counts) : counts_(std::move(counts)) {}
-  std::unique_ptr<Transform<ParenOperation const&, std::size_t>> getTransform() const override {
-    return std::make_unique<ArgumentCount>();
-  }
-  std::set<std::size_t> getKeys() const override { return counts_; }
-
- private:
-  std::set<std::size_t> counts_;
-};
 
 // The findings of one run of `all` over `source`.
 std::vector<std::u16string> run(AllNodes const& all, std::string const& source) {
@@ -149,8 +74,11 @@ TEST(DocExamples, TheReadmeRule) {
 TEST(DocExamples, Stages) {
   AllNodes all;
   // rulesystem/graph/stage.hpp
+  all.parenOperation | std::make_unique<HasArgumentCount>(2)  // one vertex however many rules ask
+      ;
+  // rulesystem/graph/stage.hpp
   auto noArguments = all.parenOperation | std::make_unique<HasArgumentCount>(0);
-  auto arguments = all.parenOperation | std::make_unique<ArgumentsOf>();
+  auto arguments = all.parenOperation | std::make_unique<CallArguments>();
   assert(noArguments == (all.parenOperation | std::make_unique<HasArgumentCount>(0)));
   assert(noArguments != (all.parenOperation | std::make_unique<HasArgumentCount>(1)));
 
@@ -158,6 +86,19 @@ TEST(DocExamples, Stages) {
   arguments | isa<NumberLiteral>() | std::make_shared<Report<NumberLiteral>>(u"a number argument");
   EXPECT_EQ(run(all, "f();\ng(1, x);\n"),
             std::vector<std::u16string>({u"1: no arguments", u"2: a number argument"}));
+}
+
+TEST(DocExamples, UncomparedParameters) {
+  AllNodes all;
+  int first = 0;
+  int second = 0;
+  auto counted = all.parenOperation | std::make_unique<CountedCalls>(&first);
+  // The second differs only in what is not compared: the first is found.
+  assert(counted == (all.parenOperation | std::make_unique<CountedCalls>(&second)));
+  counted | std::make_shared<Report<ParenOperation>>(u"call");
+  EXPECT_EQ(run(all, "f(1);\ng();\n"), std::vector<std::u16string>({u"1: call", u"2: call"}));
+  EXPECT_EQ(first, 2);
+  EXPECT_EQ(second, 0);
 }
 
 TEST(DocExamples, Producers) {
@@ -195,7 +136,7 @@ TEST(DocExamples, Combine) {
   AllNodes all;
   // rulesystem/graph/combine.hpp
   auto assigned = all.assignment | std::make_unique<RightSide>() | isa<NumberLiteral>();
-  auto passed = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+  auto passed = all.parenOperation | std::make_unique<CallArguments>() | isa<NumberLiteral>();
   auto either = combine(std::set{assigned, passed});
   either | std::make_shared<Report<NumberLiteral>>(u"number");
   EXPECT_EQ(run(all, "x = 1;\nf(2);\n"), std::vector<std::u16string>({u"1: number", u"2: number"}));
@@ -204,7 +145,7 @@ TEST(DocExamples, Combine) {
 TEST(DocExamples, Subrules) {
   AllNodes all;
   // rulesystem/graph/subrule.hpp
-  auto literalArguments = all.parenOperation | std::make_unique<ArgumentsOf>() | isa<NumberLiteral>();
+  auto literalArguments = all.parenOperation | std::make_unique<CallArguments>() | isa<NumberLiteral>();
   all.parenOperation | subrule(literalArguments) | std::make_shared<Report<ParenOperation>>(u"literal argument");
   EXPECT_EQ(run(all, "f(x);\ng(x, 2);\n"), std::vector<std::u16string>({u"2: literal argument"}));
 }

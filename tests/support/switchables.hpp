@@ -6,26 +6,24 @@
 #include <set>
 #include <string>
 
+#include "rulesystem/graph/stage_of.hpp"
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
+#include "rulesystem/graph/uncompared.hpp"
 
 namespace plexus::testing {
 
 using namespace ca::rulesystem;
 
 /// The name of a field; counts its evaluations in `*calls` when given.
-class FieldName final : public Transform<Field const&, ca::astapi::StringId> {
+class FieldName final : public StageOf<FieldName, Transform<Field const&, ca::astapi::StringId>, Uncompared<int*>> {
  public:
-  explicit FieldName(int* calls = nullptr) : calls_(calls) {}
+  explicit FieldName(int* calls = nullptr) : StageOf(calls) {}
   std::u16string description() const override { return u"FieldName"; }
-  bool lessThan(TransformBase const*) const override { return false; }
   ca::astapi::StringId transform(Field const& field, ca::Analysis const&) const override {
-    if (calls_ != nullptr) ++*calls_;
+    if (int* const calls = parameter<0>().value) ++*calls;
     return field.getStringId();
   }
-
- private:
-  int* calls_;
 };
 
 /// Fields named one of the given names.

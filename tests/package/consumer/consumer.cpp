@@ -11,10 +11,9 @@ namespace {
 
 using namespace ca::rulesystem;
 
-class RightSide final : public Transform<Assignment const&, Node const&> {
+class RightSide final : public StageOf<RightSide, Transform<Assignment const&, Node const&>> {
  public:
   std::u16string description() const override { return u"RightSide"; }
-  bool lessThan(TransformBase const*) const override { return false; }
   Node const& transform(Assignment const& assignment, ca::Analysis const&) const override {
     return *assignment.getRight();
   }

@@ -50,7 +50,7 @@ TEST(Not, NegatesDescribesAndComparesThroughItsOperand) {
   EXPECT_EQ(twice->description(), u"!( !( HasKind ) )");
   EXPECT_TRUE(twice->test(*item.row, *item.analysis));
   auto const& outer = dynamic_cast<NotPredicate<Node const&> const&>(*twice);
-  EXPECT_NE(dynamic_cast<NotPredicate<Node const&> const*>(outer.predicate.get()), nullptr);
+  EXPECT_NE(dynamic_cast<NotPredicate<Node const&> const*>(&outer.operand()), nullptr);
 }
 
 TEST(Or, OperandOrderIsFixedByClassSoBothSpellingsShareOneStage) {
@@ -94,14 +94,7 @@ TEST(Or, NullOperandRaisesBadTypeid) {
   EXPECT_THROW(std::make_unique<AcceptAll>() || std::unique_ptr<HasKind>(), std::bad_typeid);
 }
 
-// Looks only at the analysis: passes for scripts.
-class IsScript final : public Predicate<Typeless> {
- public:
-  std::u16string description() const override { return u"IsScript"; }
-  bool dependsOn(ConsumerBase const*) const override { return false; }
-  bool lessThan(PredicateBase const*) const override { return false; }
-  bool test(Typeless, ca::Analysis const& analysis) override { return analysis.getFileType() == ca::FileType::Script; }
-};
+using plexus::testing::IsScript;
 
 TEST(Typeless, ItemFreePredicatesFilterATypedPipelineByTheAnalysis) {
   AllNodes all;

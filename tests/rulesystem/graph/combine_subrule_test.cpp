@@ -61,6 +61,16 @@ TEST(Combine, SameSetGivesSameVertexAttachedOnceToEachInput) {
   EXPECT_EQ(combine(std::set<Producer<Node const&>>{pa, pb}).impl, first);
 }
 
+TEST(CombineDeathTest, CheckedBuildsStopACombinationOfNoInputs) {
+#ifndef PLEXUS_CHECKED
+  GTEST_SKIP() << "only checked builds (debug, sanitizers) look for a combination of no inputs";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(combine(std::set<ProducerImpl<Node const&>*>{}),
+               "combine was given no inputs; a combination needs at least one");
+#endif
+}
+
 TEST(Combine, AnItemFromTwoInputsReachesEachConsumerTwice) {
   Roots r;
   Runs runs;
@@ -79,7 +89,7 @@ TEST(Subrule, SignalsAreUsedUpByTestsAndKeptPerAnalysis) {
   auto& first = *runs.first;
   auto& second = *runs.second;
   EXPECT_FALSE(watching.test(Typeless{}, first));
-  EXPECT_TRUE(watching.matches.empty());
+  EXPECT_TRUE(watching.signals().matches.empty());
 
   r.a->produce(*runs.row, first, nullptr);
   EXPECT_TRUE(watching.test(Typeless{}, first));
@@ -91,8 +101,8 @@ TEST(Subrule, SignalsAreUsedUpByTestsAndKeptPerAnalysis) {
   EXPECT_FALSE(watching.test(Typeless{}, first));
 
   EXPECT_EQ(watching.description(), u"Subrule");
-  EXPECT_EQ(watching.consumer->kindDescription(), u"SubruleConsumer");
-  EXPECT_EQ(watching.consumer->detailsDescription(), u"?");
+  EXPECT_EQ(watching.signals().consumer->kindDescription(), u"SubruleConsumer");
+  EXPECT_EQ(watching.signals().consumer->detailsDescription(), u"?");
 }
 
 TEST(Subrule, NegationAndDisjunctionStillUseTheSignalUp) {
@@ -109,11 +119,11 @@ TEST(Subrule, NegationAndDisjunctionStillUseTheSignalUp) {
   // is used up all the same.
   OrPredicate<Node const&, Node const&, Typeless> either(std::make_unique<AcceptAll>(),
                                                          subrule(Producer<Node const&>(r.b)));
-  auto const& watching = dynamic_cast<SubrulePredicate<Node const&> const&>(*either.second);
+  auto const& watching = dynamic_cast<SubrulePredicate<Node const&> const&>(either.second());
   r.b->produce(*runs.row, analysis, nullptr);
-  EXPECT_EQ(watching.matches.size(), 1u);
+  EXPECT_EQ(watching.signals().matches.size(), 1u);
   EXPECT_TRUE(either.test(*runs.row, analysis));
-  EXPECT_TRUE(watching.matches.empty());
+  EXPECT_TRUE(watching.signals().matches.empty());
 }
 
 TEST(Subrule, EqualSubrulesShareAndTheDuplicateDetachesOnlyItsOwnConsumer) {
@@ -182,7 +192,7 @@ TEST(Subrule, SignalsPendingWhenARunEndsAreDropped) {
   slot.emplace(tree, std::make_shared<plexus::testing::TestProvider>());
   ca::Analysis const* const address = &*slot;
   all.execute(*slot, nullptr);
-  EXPECT_TRUE(watching.matches.empty());
+  EXPECT_TRUE(watching.signals().matches.empty());
   slot.reset();
   slot.emplace(tree, std::make_shared<plexus::testing::TestProvider>());
   ASSERT_EQ(&*slot, address);
@@ -191,12 +201,12 @@ TEST(Subrule, SignalsPendingWhenARunEndsAreDropped) {
   // Ended by an exception: a consumer after the subrule's branch throws.
   all.row | std::make_shared<plexus::testing::Thrower<Row const&>>();
   EXPECT_THROW(all.execute(*slot, nullptr), std::runtime_error);
-  EXPECT_TRUE(watching.matches.empty());
+  EXPECT_TRUE(watching.signals().matches.empty());
 
   // Outside a run the signal stays until tested, as it always did.
   auto const& row = *static_cast<ExpressionStatement const&>(*slot->getProgram()->getBody()[0]).getExpression();
   rows.impl->produce(static_cast<Row const&>(row), *slot, nullptr);
-  EXPECT_FALSE(watching.matches.empty());
+  EXPECT_FALSE(watching.signals().matches.empty());
   EXPECT_TRUE(watching.test(Typeless{}, *slot));
 }
 

@@ -60,20 +60,12 @@ struct Rules {
     all.row | !subrule(withNumbers) | std::make_shared<Report<Row const&>>("row without number", [](Row const& row) {
       return std::to_string(row.getElements().size());
     });
-    Producer<Node const&>(all.expressionStatement->transform<Node const&>(std::make_unique<StatementExpression>())) |
+    Producer<Node const&>(
+        all.expressionStatement->transform<Node const&>(std::make_unique<plexus::testing::StatementExpression>())) |
         isa<NumberLiteral>() | std::make_shared<Report<NumberLiteral const&>>("number statement", [](auto const& n) {
           return fl::i18n::to_utf8(ca::astapi::toStdView(n.getText()));
         });
   }
-
-  class StatementExpression final : public Transform<ExpressionStatement const&, Node const&> {
-   public:
-    std::u16string description() const override { return u"StatementExpression"; }
-    bool lessThan(TransformBase const*) const override { return false; }
-    Node const& transform(ExpressionStatement const& statement, ca::Analysis const&) const override {
-      return *statement.getExpression();
-    }
-  };
 };
 
 // A tree whose content depends on `seed`, so that every thread sees other items.

@@ -11,6 +11,7 @@
 
 #include "rulesystem/execution/all_nodes.hpp"
 #include "rulesystem/graph/switch.hpp"
+#include "tests/support/fragile_key.hpp"
 #include "tests/support/recorder.hpp"
 #include "tests/support/switchables.hpp"
 #include "tests/support/test_analysis.hpp"
@@ -160,36 +161,22 @@ TEST(Switch, CasesDescribeTheirKeysAsText) {
   EXPECT_EQ(byNumber.cases.size(), 3u);
 }
 
-// A key whose copy fails on the n-th copy after `armed` is set, standing in
-// for any failure while a case is made (an allocation, a copy of the key).
-struct FragileKey {
-  static inline int copiesUntilFailure = 0;
-  int value = 0;
-  FragileKey() = default;
-  explicit FragileKey(int v) : value(v) {}
-  FragileKey(FragileKey const& other) : value(other.value) {
-    if (copiesUntilFailure > 0 && --copiesUntilFailure == 0) throw std::runtime_error("copy failed");
-  }
-  FragileKey& operator=(FragileKey const&) = default;
-  friend bool operator==(FragileKey const& a, FragileKey const& b) { return a.value == b.value; }
-  friend std::ostream& operator<<(std::ostream& out, FragileKey const& key) { return out << key.value; }
-};
-struct FragileKeyHash {
-  std::size_t operator()(FragileKey const& key) const { return std::hash<int>{}(key.value); }
-};
-}  // namespace
+TEST(SwitchDeathTest, CheckedBuildsStopASwitchableWithoutKeys) {
+#ifndef PLEXUS_CHECKED
+  GTEST_SKIP() << "only checked builds (debug, sanitizers) look for a switchable without keys";
+#else
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_DEATH(
+      {
+        AllNodes all;
+        all.field | isFieldNamed({});
+      },
+      "plexus::testing::IsFieldNamed gave no keys; a Switchable selects at least one");
+#endif
+}
 
-template <>
-struct std::hash<FragileKey> : FragileKeyHash {};
-
-namespace {
-
-class ConstantKey final : public Transform<Field const&, FragileKey> {
- public:
-  std::u16string description() const override { return u"ConstantKey"; }
-  bool lessThan(TransformBase const*) const override { return false; }
-  FragileKey transform(Field const&, ca::Analysis const&) const override { return FragileKey(7); }
-};
+using plexus::testing::ConstantKey;
+using plexus::testing::FragileKey;
 
 // A case that could not be made leaves no trace in the switch: the next item
 // with its key finds no case rather than a null one.
