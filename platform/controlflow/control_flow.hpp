@@ -31,7 +31,13 @@ struct ControlFlowNode {
 /// try, parfor, spmd) is the node that decides where its body starts.
 ///
 /// Invariants: owns its nodes; every statement of the body, nested blocks
-/// included and nested functions excluded, has exactly one node.
+/// included and nested functions excluded, has exactly one node. The first
+/// node is the entry and the second the exit, both standing for the owner
+/// (use-def reads a function's inputs from the entry's syntax, and
+/// `getUnconditionalEdge` answers the owner for the exit); every other node is
+/// a statement; successors are nodes of this graph. A graph built otherwise is
+/// refused (std::invalid_argument for the entry and exit; checked builds stop
+/// at the rest).
 class ControlFlowGraph {
  public:
   ControlFlowGraph(ast::Node const* owner, std::vector<std::unique_ptr<ControlFlowNode>> nodes);
@@ -52,6 +58,9 @@ class ControlFlowGraph {
   ast::Node const& getUnconditionalEdge(ast::Node const* statement) const;
 
  private:
+  // Stops the program at a broken invariant; run by checked builds.
+  void checkInvariants() const;
+
   ast::Node const* owner_;
   std::vector<std::unique_ptr<ControlFlowNode>> nodes_;  // entry, exit, then statements
   std::unordered_map<ast::Node const*, ControlFlowNode const*> index_;
