@@ -452,12 +452,21 @@ class NameResolver {
   std::vector<Work> work_;
 };
 
-std::shared_ptr<FileSymbols const> FileSymbols::build(ast::Program const& program, ca::FileType type) {
+std::shared_ptr<FileSymbols> FileSymbols::build(ast::Program const& program, ca::FileType type) {
   std::shared_ptr<FileSymbols> symbols(new FileSymbols);
   symbols->fileType_ = type;
   symbols->program_ = &program;
   NameResolver(*symbols, type).run(program);
   return symbols;
+}
+
+StringId FileSymbols::GetAnalysisId() {
+  static StringId const id(u"frontend::FileSymbols");
+  return id;
+}
+
+std::shared_ptr<FileSymbols> FileSymbols::Create(ca::Analysis const& analysis) {
+  return build(*analysis.getProgram(), analysis.getFileType());
 }
 
 ca::nameresolution::SymbolTableEntry const* FileSymbols::getSymbol(ast::Identifier const& identifier) const {

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <unordered_set>
 
-#include "platform/analysis/analysis.hpp"
+#include "platform/analysis/provided_analysis.hpp"
 #include "platform/utils/invariant.hpp"
 
 namespace ca::controlflow {
@@ -62,7 +62,7 @@ astapi::StringId ControlFlowAnalysis::GetAnalysisId() {
 }
 
 std::shared_ptr<ControlFlowAnalysis> ControlFlowAnalysis::Create(Analysis const& analysis) {
-  return analysis.makeControlFlowAnalysis();
+  return clients::createByProvider<ControlFlowAnalysis>(analysis);
 }
 
 ControlFlowGraph const& ControlFlowAnalysis::getEnclosingGraph(ast::Node const* node) const {

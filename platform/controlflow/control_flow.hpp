@@ -67,13 +67,15 @@ class ControlFlowGraph {
 };
 
 /// The control-flow graphs of a file: one per function and method body and
-/// one for the statements of a script.
+/// one for the statements of a script. Reached through
+/// `Analysis::get<ControlFlowAnalysis>()`, which makes it once per analysis
+/// through the analysis provider.
 class ControlFlowAnalysis {
  public:
   explicit ControlFlowAnalysis(std::vector<std::unique_ptr<ControlFlowGraph>> graphs);
 
   static astapi::StringId GetAnalysisId();
-  /// Computes the graphs of `analysis` (through `Analysis::makeControlFlowAnalysis`).
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
   static std::shared_ptr<ControlFlowAnalysis> Create(Analysis const& analysis);
 
   /// The graph that holds `node`: that of the innermost function or method
