@@ -18,13 +18,15 @@ class EmptySymbolTable final : public ca::nameresolution::SymbolTable {
 
 class BenchAnalysisProvider final : public ca::clients::AnalysisProvider {
  public:
-  std::shared_ptr<ca::nameresolution::SymbolTable const> makeSymbolTable(
-      ca::clients::AnalysisImpl const&) const override {
-    return std::make_shared<EmptySymbolTable>();
-  }
-  std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis(
-      ca::clients::AnalysisImpl const& analysis) const override {
-    return std::make_shared<ca::usedef::UseDefAnalysis>(collectUseDefs(*analysis.getProgram()));
+  std::shared_ptr<void> makeAnalysis(ca::astapi::StringId id,
+                                     ca::clients::AnalysisImpl const& analysis) const override {
+    if (id == ca::nameresolution::SymbolTable::GetAnalysisId()) {
+      return std::shared_ptr<ca::nameresolution::SymbolTable>(std::make_shared<EmptySymbolTable>());
+    }
+    if (id == ca::usedef::UseDefAnalysis::GetAnalysisId()) {
+      return std::make_shared<ca::usedef::UseDefAnalysis>(collectUseDefs(*analysis.getProgram()));
+    }
+    return AnalysisProvider::makeAnalysis(id, analysis);
   }
 };
 

@@ -13,8 +13,9 @@ namespace frontend {
 struct AnalysisResult {
   std::vector<Diagnostic> diagnostics;
   /// Null when the file could not be read or has syntax errors. It owns the
-  /// tree and makes each analysis when it is first asked: symbols, identifier
-  /// uses, calls, control flow (through `get`) and use-def (through `get`).
+  /// tree and makes each analysis through `get<T>` when it is first asked:
+  /// symbols, identifier uses, calls, control flow and use-def (see
+  /// analysis/registered_analyses.hpp).
   std::shared_ptr<ca::clients::AnalysisImpl> analysis;
 
   bool hasErrors() const;

@@ -1,8 +1,10 @@
 #include "frontend/analysis/call_resolution.hpp"
 
 #include <cstdint>
-#include <string>
-#include <vector>
+#include <optional>
+
+#include "platform/ast/descendant_walk.hpp"
+#include "platform/ast/dotted_name.hpp"
 
 namespace frontend {
 
@@ -20,32 +22,7 @@ bool isSuperclassCall(ast::Node const* node) {
          static_cast<ast::BinaryOperation const*>(node)->getOperator() == BinaryOperator::SuperclassCall;
 }
 
-// The names of a dotted chain `a.b.c`, or nothing when anything but
-// identifiers and fields makes it up.
-struct DottedName {
-  ast::Identifier const* head = nullptr;
-  std::u16string text;
-  ast::Field const* last = nullptr;
-};
-
-std::optional<DottedName> dottedName(ast::Expression const* expression) {
-  std::vector<ast::Field const*> fields;
-  while (expression->getKind() == NodeKind::DotOperation) {
-    auto const* dot = static_cast<ast::DotOperation const*>(expression);
-    fields.push_back(&dot->getField());
-    expression = dot->getLeft();
-  }
-  if (expression->getKind() != NodeKind::Identifier) return std::nullopt;
-  DottedName name;
-  name.head = static_cast<ast::Identifier const*>(expression);
-  name.text = name.head->getStringId().getString();
-  for (auto field = fields.rbegin(); field != fields.rend(); ++field) {
-    name.text += u'.';
-    name.text += (*field)->getStringId().getString();
-  }
-  name.last = fields.empty() ? nullptr : fields.front();
-  return name;
-}
+using DottedName = lf::astapi::DottedName<ca::astapi::CA>;
 
 // What the ancestors of a node say about calls at it, handed down from
 // parent to child in one walk instead of climbing back up for every node.
@@ -94,34 +71,35 @@ FileCalls::FileCalls(std::shared_ptr<FileSymbols const> symbols) : symbols_(std:
   for (auto const* symbol : symbols_->getSymbols()) {
     if (symbol->isMethod()) methods_.insert(symbol->getStringId());
   }
-  // One walk from the root with an explicit stack: each node gets its context
-  // from its parent, and its closest call is itself or its parent's.
-  struct Pending {
-    ast::Node const* node;
-    Context context;
-    ast::Node const* closestAbove;  // the closest call of the parent, within its statement
+  // One walk from the root: each node gets its context from its parent's, and
+  // its closest call is itself or its parent's. The method around a node is
+  // handed down rather than looked up (`getEnclosing`), so that a deep tree
+  // costs one step per node.
+  struct Above {
+    Context context;                // the parent's
+    ast::Node const* closest;       // the closest call of the parent, within its statement
     std::uint32_t climb;            // how far the parent is from a call or a statement
   };
-  std::vector<Pending> pending{{&symbols_->getProgram(), Context{}, nullptr, 0}};
-  while (!pending.empty()) {
-    Pending const at = pending.back();
-    pending.pop_back();
-    Call const call = resolve(*at.node, at.context.method, at.context.inScript, at.context.nameOnly);
-    ast::Node const* closest = nullptr;
-    std::uint32_t climb = 0;
-    if (call.isCall() != Call::NoCall) {
-      calls_.emplace(at.node, call);
-      closest = at.node;
-    } else if ((at.node->getKindFlags() & lf::astapi::kindflags::expression) != 0) {
-      // Calls do not reach beyond their statement.
-      closest = at.closestAbove;
-      climb = at.climb + 1;
-      if (climb % kClosestCallStride == 0) closest_.emplace(at.node, closest);
-    }
-    lf::astapi::forEachChild(*at.node, [&](ast::Node const* child) {
-      if (child != nullptr) pending.push_back({child, contextOfChild(*at.node, at.context, *child), closest, climb});
-    });
-  }
+  lf::astapi::DescendantWalk<ca::astapi::CA, Above> walk;
+  walk.runWithState(symbols_->getProgram(), Above{Context{}, nullptr, 0},
+                    [this](ast::Node const& node, Above const& above) -> std::optional<Above> {
+                      ast::Node const* parent = node.getParent();
+                      Context const context =
+                          parent == nullptr ? above.context : contextOfChild(*parent, above.context, node);
+                      Call const call = resolve(node, context.method, context.inScript, context.nameOnly);
+                      ast::Node const* closest = nullptr;
+                      std::uint32_t climb = 0;
+                      if (call.isCall() != Call::NoCall) {
+                        calls_.emplace(&node, call);
+                        closest = &node;
+                      } else if ((node.getKindFlags() & lf::astapi::kindflags::expression) != 0) {
+                        // Calls do not reach beyond their statement.
+                        closest = above.closest;
+                        climb = above.climb + 1;
+                        if (climb % kClosestCallStride == 0) closest_.emplace(&node, closest);
+                      }
+                      return Above{context, closest, climb};
+                    });
 }
 
 Call FileCalls::getCallInfo(ast::Node const& node) const {
@@ -157,7 +135,7 @@ Call FileCalls::resolve(ast::Node const& node, ast::Method const* method, bool i
   // `obj.m` on the object input of a method of this file's class, `m` being
   // a method of that class.
   auto methodCall = [this, method](DottedName const& name) -> std::optional<StringId> {
-    if (name.last == nullptr || name.text.find(u'.') != name.text.rfind(u'.')) return std::nullopt;
+    if (name.fieldCount != 1) return std::nullopt;
     if (method == nullptr) return std::nullopt;
     // The object is the first input of a method, and the output of a
     // constructor.
@@ -178,16 +156,16 @@ Call FileCalls::resolve(ast::Node const& node, ast::Method const* method, bool i
     if (nameOnly) return Call(&node, Call::NoCall);
     if (isSuperclassCall(&callee)) {
       auto const* right = static_cast<ast::BinaryOperation const&>(callee).getRight();
-      std::optional<DottedName> const superclass = dottedName(right);
+      std::optional<DottedName> const superclass = lf::astapi::getDottedName(*right);
       StringId const name = superclass ? StringId(superclass->text) : StringId();
       return Call(&node, Call::KnownCall, name, arguments);
     }
-    std::optional<DottedName> const name = dottedName(&callee);
+    std::optional<DottedName> const name = lf::astapi::getDottedName(callee);
     if (!name) return Call(&node, Call::NoCall);
     Call::Status const status = statusOf(*name->head);
     if (status != Call::NoCall) {
       // A plain name keeps its interned id; a dotted one is interned whole.
-      StringId const called = name->last == nullptr ? name->head->getStringId() : StringId(name->text);
+      StringId const called = name->fieldCount == 0 ? name->head->getStringId() : StringId(name->text);
       return Call(&node, status, called, arguments);
     }
     if (std::optional<StringId> const methodName = methodCall(*name)) {

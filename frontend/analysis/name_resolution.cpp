@@ -4,7 +4,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "frontend/assignment_target.hpp"
+#include "platform/ast/assignment_target.hpp"
+#include "platform/ast/descendant_walk.hpp"
 
 namespace frontend {
 
@@ -66,33 +67,28 @@ class NameResolver {
     }
   }
 
-  // A function and the functions nested in it, at any depth, depth first;
-  // with a stack of its own, as a tree may nest functions without end.
+  // A function and the functions nested in it, at any depth, depth first,
+  // each with a scope inside that of the function around it. Nested
+  // functions stand directly in the body of the function around them (the
+  // parser ends a block at 'function'), so the walk goes below functions only.
   void declareFunction(ast::Function const& outermost, std::uint32_t role, Scope* parent, bool nested) {
-    struct Pending {
-      ast::Function const* function;
-      std::uint32_t role;
-      Scope* parent;
-      bool nested;
-    };
-    std::vector<Pending> pending{{&outermost, role, parent, nested}};
-    while (!pending.empty()) {
-      Pending const at = pending.back();
-      pending.pop_back();
-      ast::Function const& function = *at.function;
-      if (function.getName() != nullptr) defineCallable(function.getName()->getStringId(), Entry::Function | at.role);
-      Scope& scope = scopeFor(&function, at.parent, at.nested);
+    lf::astapi::walkDescendants(outermost, [&](ast::Node const& node) {
+      if (node.getKind() != NodeKind::Function) return lf::astapi::WalkStep::SkipChildren;
+      auto const& function = lf::astapi::cast<ast::Function>(node);
+      bool const isOutermost = &function == &outermost;
+      if (function.getName() != nullptr) {
+        defineCallable(function.getName()->getStringId(),
+                       Entry::Function | (isOutermost ? role : std::uint32_t{Entry::NestedFunction}));
+      }
+      Scope& scope = isOutermost ? scopeFor(&function, parent, nested)
+                                 : scopeFor(&function, scopes_.at(function.getParent()).get(), true);
       for (auto const* input : function.getInputs()) {
         if (input->getIdentifier() != nullptr) scope.names.insert(input->getIdentifier()->getStringId());
       }
       for (auto const* output : function.getOutputs()) scope.names.insert(output->getStringId());
       collectVariables(function.getBody(), scope);
-      std::size_t const mark = pending.size();
-      forEachNestedFunction(function.getBody(), [&](ast::Function const& inner) {
-        pending.push_back({&inner, Entry::NestedFunction, &scope, true});
-      });
-      std::reverse(pending.begin() + static_cast<std::ptrdiff_t>(mark), pending.end());
-    }
+      return lf::astapi::WalkStep::Descend;
+    });
   }
 
   void declareClass(ast::Classdef const& classdef, Scope& file) {
@@ -142,45 +138,41 @@ class NameResolver {
   // The names a body assigns, declares or loops over: its own variables. The
   // bodies of nested and anonymous functions are left to their own scopes.
   void collectVariables(lf::astapi::NodeList<ast::Node> body, Scope& scope) {
-    std::vector<ast::Node const*> pending(body.begin(), body.end());
-    while (!pending.empty()) {
-      ast::Node const* node = pending.back();
-      pending.pop_back();
-      switch (node->getKind()) {
+    lf::astapi::walkDescendants(body, [&](ast::Node const& node) {
+      switch (node.getKind()) {
         case NodeKind::Function:
-        case NodeKind::AnonymousFunction: continue;
-        case NodeKind::Assignment: addHead(static_cast<ast::Assignment const*>(node)->getLeft(), scope); break;
+        case NodeKind::AnonymousFunction: return lf::astapi::WalkStep::SkipChildren;
+        case NodeKind::Assignment: addHead(lf::astapi::cast<ast::Assignment>(node).getLeft(), scope); break;
         case NodeKind::MultiLhsAssignment:
-          for (auto const* output : static_cast<ast::MultiLhsAssignment const*>(node)->getOutputs()) {
+          for (auto const* output : lf::astapi::cast<ast::MultiLhsAssignment>(node).getOutputs()) {
             addHead(output, scope);
           }
           break;
-        case NodeKind::ForStatement:
-          addHead(static_cast<ast::ForStatement const*>(node)->getLoopVariable(), scope);
-          break;
+        case NodeKind::ForStatement: addHead(lf::astapi::cast<ast::ForStatement>(node).getLoopVariable(), scope); break;
         case NodeKind::ParforStatement:
-          addHead(static_cast<ast::ParforStatement const*>(node)->getLoopVariable(), scope);
+          addHead(lf::astapi::cast<ast::ParforStatement>(node).getLoopVariable(), scope);
           break;
         case NodeKind::CatchBlock: {
-          auto const* identifier = static_cast<ast::CatchBlock const*>(node)->getIdentifier();
+          auto const* identifier = lf::astapi::cast<ast::CatchBlock>(node).getIdentifier();
           if (identifier != nullptr) scope.names.insert(identifier->getStringId());
           break;
         }
         case NodeKind::GlobalStatement:
         case NodeKind::PersistentStatement:
-          for (auto const* name :
-               static_cast<lf::astapi::DeclarationStatement<ca::astapi::CA> const*>(node)->getNames()) {
+          for (auto const* name : lf::astapi::cast<lf::astapi::DeclarationStatement<ca::astapi::CA>>(node).getNames()) {
             scope.names.insert(name->getStringId());
           }
           break;
         default: break;
       }
-      lf::astapi::forEachChild(*node, [&pending](ast::Node const* child) { pending.push_back(child); });
-    }
+      return lf::astapi::WalkStep::Descend;
+    });
   }
 
   static void addHead(ast::Expression const* target, Scope& scope) {
-    if (ast::Identifier const* head = headOf(target).identifier) scope.names.insert(head->getStringId());
+    if (ast::Identifier const* head = lf::astapi::getAssignmentTarget(target).identifier) {
+      scope.names.insert(head->getStringId());
+    }
   }
 
   // ---- pass 2: every identifier -------------------------------------------
@@ -191,17 +183,15 @@ class NameResolver {
   // nest as deep as the input does. A step that stands for several in a row
   // puts them on the stack last first; the order is that of a recursive walk.
   enum class Step : std::uint8_t {
-    Visit,        // every identifier of a node
-    Target,       // an assignment target
-    TargetChain,  // the rest of an assignment target, down to its head
-    Resolve,      // one identifier, in a role
+    Visit,    // every identifier of a node
+    Target,   // an assignment target
+    Resolve,  // one identifier, in a role
   };
   struct Work {
     Step step;
     ast::Node const* node;
     Scope* scope;
     Role role = Role::Use;
-    ast::Identifier const* head = nullptr;  // of the target, for TargetChain
   };
 
   void visit(ast::Node const& root, Scope& scope) {
@@ -213,7 +203,6 @@ class NameResolver {
       switch (work.step) {
         case Step::Visit: visitNode(*work.node, *work.scope); break;
         case Step::Target: visitTarget(static_cast<ast::Expression const*>(work.node), *work.scope); break;
-        case Step::TargetChain: visitTargetChain(*work.node, work.head, *work.scope); break;
         case Step::Resolve: resolve(static_cast<ast::Identifier const&>(*work.node), *work.scope, work.role); break;
       }
       // What the step asked for next runs before anything queued earlier,
@@ -351,43 +340,18 @@ class NameResolver {
     thenVisitAll(function.getBody(), scope);
   }
 
-  // An assignment target: its head defines the variable, everything else in
-  // it (indices, dynamic field names) is read, outermost first.
+  // An assignment target: its head defines the variable, what it reads on
+  // the way (indices, dynamic field names) is read first. A head that is no
+  // identifier is read like any expression.
   void visitTarget(ast::Expression const* target, Scope& scope) {
-    TargetHead const head = headOf(target);
-    if (head.identifier != nullptr && head.throughField) out_.dotAssignments_.insert(head.identifier);
-    work_.push_back({Step::TargetChain, target, &scope, Role::Use, head.identifier});
-  }
-
-  void visitTargetChain(ast::Node const& node, ast::Identifier const* head, Scope& scope) {
-    if (&node == head) {
-      resolve(*head, scope, Role::Definition);
-      return;
-    }
-    auto chain = [&](ast::Node const* rest) {
-      if (rest != nullptr) work_.push_back({Step::TargetChain, rest, &scope, Role::Use, head});
-    };
-    switch (node.getKind()) {
-      case NodeKind::ParenOperation: {
-        auto const& paren = static_cast<ast::ParenOperation const&>(node);
-        thenVisitAll(paren.getArguments(), scope);
-        chain(paren.getFunction());
-        return;
-      }
-      case NodeKind::BraceOperation: {
-        auto const& brace = static_cast<ast::BraceOperation const&>(node);
-        thenVisitAll(brace.getArguments(), scope);
-        chain(brace.getBase());
-        return;
-      }
-      case NodeKind::DotOperation: chain(static_cast<ast::DotOperation const&>(node).getLeft()); return;
-      case NodeKind::DotParenOperation: {
-        auto const& dynamic = static_cast<ast::DotParenOperation const&>(node);
-        then(Step::Visit, dynamic.getExpression(), scope);
-        chain(dynamic.getLeft());
-        return;
-      }
-      default: then(Step::Visit, &node, scope); return;
+    auto const parts = lf::astapi::getAssignmentTarget(target);
+    if (parts.identifier != nullptr && parts.throughField()) out_.dotAssignments_.insert(parts.identifier);
+    thenVisitAll(parts.indices, scope);
+    thenVisitAll(parts.dynamicFields, scope);
+    if (parts.identifier != nullptr) {
+      then(Step::Resolve, parts.identifier, scope, Role::Definition);
+    } else {
+      then(Step::Visit, parts.head, scope);
     }
   }
 
@@ -488,12 +452,21 @@ class NameResolver {
   std::vector<Work> work_;
 };
 
-std::shared_ptr<FileSymbols const> FileSymbols::build(ast::Program const& program, ca::FileType type) {
+std::shared_ptr<FileSymbols> FileSymbols::build(ast::Program const& program, ca::FileType type) {
   std::shared_ptr<FileSymbols> symbols(new FileSymbols);
   symbols->fileType_ = type;
   symbols->program_ = &program;
   NameResolver(*symbols, type).run(program);
   return symbols;
+}
+
+StringId FileSymbols::GetAnalysisId() {
+  static StringId const id(u"frontend::FileSymbols");
+  return id;
+}
+
+std::shared_ptr<FileSymbols> FileSymbols::Create(ca::Analysis const& analysis) {
+  return build(*analysis.getProgram(), analysis.getFileType());
 }
 
 ca::nameresolution::SymbolTableEntry const* FileSymbols::getSymbol(ast::Identifier const& identifier) const {

@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "platform/analysis/analysis.hpp"
 #include "platform/analysis/file_type.hpp"
 #include "platform/nameresolution/symbol_table.hpp"
 
@@ -25,12 +26,20 @@ namespace frontend {
 /// Names that declare rather than refer (attributes, properties, events,
 /// enumerators, the parts of an import) have no symbol.
 ///
+/// Made once per analysis by `Analysis::get<FileSymbols>()`, and handed out
+/// by the front end as both the symbol table and the identifier-use analysis.
+///
 /// Invariants: built once from a finished tree and never changed; every
 /// symbol has at least one occurrence; symbols are listed by first
 /// occurrence.
 class FileSymbols final : public ca::nameresolution::SymbolTable, public ca::nameresolution::IdUseAnalysis {
  public:
-  static std::shared_ptr<FileSymbols const> build(ca::ast::Program const& program, ca::FileType type);
+  static std::shared_ptr<FileSymbols> build(ca::ast::Program const& program, ca::FileType type);
+
+  /// The key of this analysis in an analysis's cache.
+  static ca::astapi::StringId GetAnalysisId();
+  /// Resolves the names of the program of `analysis`.
+  static std::shared_ptr<FileSymbols> Create(ca::Analysis const& analysis);
 
   ca::nameresolution::SymbolTableEntry const* getSymbol(ca::ast::Identifier const& identifier) const override;
   std::vector<ca::nameresolution::SymbolTableEntry const*> getSymbols() const override;

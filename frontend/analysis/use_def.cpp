@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "frontend/analysis/reaching_definitions.hpp"
+#include "platform/ast/assignment_target.hpp"
+#include "platform/ast/descendant_walk.hpp"
 
 namespace frontend {
 
@@ -144,75 +146,34 @@ class EventCollector {
 
   // Every variable read in an expression, in evaluation order (left to
   // right, depth first); an anonymous function's inputs are defined where it
-  // is made.
+  // is made, before its body reads anything (the input identifiers themselves
+  // are definitions, which `use` passes over).
   void reads(ast::Node const* expression) {
     if (expression == nullptr) return;
-    pending_.push_back(expression);
-    while (!pending_.empty()) {
-      ast::Node const* node = pending_.back();
-      pending_.pop_back();
-      switch (node->getKind()) {
-        case NodeKind::Identifier: use(static_cast<ast::Identifier const&>(*node)); break;
-        case NodeKind::AnonymousFunction: {
-          auto const& lambda = static_cast<ast::AnonymousFunction const&>(*node);
-          for (auto const* input : lambda.getInputs()) define<ca::usedef::InputDef>(input->getIdentifier());
-          if (lambda.getBody() != nullptr) pending_.push_back(lambda.getBody());
-          break;
-        }
-        default: {
-          // Children go on the stack last first, so that the first is read first.
-          std::size_t const mark = pending_.size();
-          lf::astapi::forEachChild(*node, [this](ast::Node const* child) {
-            if (child != nullptr) pending_.push_back(child);
-          });
-          std::reverse(pending_.begin() + static_cast<std::ptrdiff_t>(mark), pending_.end());
-          break;
-        }
+    walk_.run(*expression, [this](ast::Node const& node) {
+      if (auto const* identifier = lf::astapi::dynCast<ast::Identifier>(node)) {
+        use(*identifier);
+      } else if (auto const* lambda = lf::astapi::dynCast<ast::AnonymousFunction>(node)) {
+        for (auto const* input : lambda->getInputs()) define<ca::usedef::InputDef>(input->getIdentifier());
       }
-    }
+    });
   }
 
   // An assignment target: a whole variable is defined; a part of one reads
-  // its indices, then uses and defines the variable.
+  // its indices and dynamic field names, then uses and defines the variable.
   void target(ast::Expression const* node) {
     if (node == nullptr || node->getKind() == NodeKind::Ignored) return;
     if (node->getKind() == NodeKind::Identifier) {
       define<ca::usedef::FullAssignmentDef>(node);
       return;
     }
-    ast::Expression const* head = node;
-    std::vector<ast::Expression const*> indices;
-    while (head != nullptr && head->getKind() != NodeKind::Identifier) {
-      switch (head->getKind()) {
-        case NodeKind::ParenOperation: {
-          auto const* paren = static_cast<ast::ParenOperation const*>(head);
-          for (auto const* argument : paren->getArguments()) indices.push_back(argument);
-          head = paren->getFunction();
-          break;
-        }
-        case NodeKind::BraceOperation: {
-          auto const* brace = static_cast<ast::BraceOperation const*>(head);
-          for (auto const* argument : brace->getArguments()) indices.push_back(argument);
-          head = brace->getBase();
-          break;
-        }
-        case NodeKind::DotOperation: head = static_cast<ast::DotOperation const*>(head)->getLeft(); break;
-        case NodeKind::DotParenOperation: {
-          auto const* dynamic = static_cast<ast::DotParenOperation const*>(head);
-          indices.push_back(dynamic->getExpression());
-          head = dynamic->getLeft();
-          break;
-        }
-        default: head = nullptr; break;
-      }
-    }
-    // The chain was taken apart from the right; read its indices left to right.
-    for (auto index = indices.rbegin(); index != indices.rend(); ++index) reads(*index);
-    if (head == nullptr) return;
-    auto const* identifier = static_cast<ast::Identifier const*>(head);
-    Symbol const* symbol = variableOf(identifier);
+    auto const parts = lf::astapi::getAssignmentTarget(node);
+    for (auto const* index : parts.indices) reads(index);
+    for (auto const* name : parts.dynamicFields) reads(name);
+    if (parts.identifier == nullptr) return;
+    Symbol const* symbol = variableOf(parts.identifier);
     if (symbol == nullptr) return;
-    auto record = std::make_unique<ca::usedef::PartialAssignmentUseDef>(identifier);
+    auto record = std::make_unique<ca::usedef::PartialAssignmentUseDef>(parts.identifier);
     events_.push_back({record.get(), symbol, record.get(), record.get()});
     records_.push_back(std::move(record));
   }
@@ -220,7 +181,7 @@ class EventCollector {
   FileSymbols const& symbols_;
   std::vector<std::unique_ptr<UseDefBase>>& records_;
   std::vector<Event>& events_;
-  std::vector<ast::Node const*> pending_;
+  lf::astapi::DescendantWalk<ca::astapi::CA> walk_;  // its stack serves every expression
 };
 
 // Links the uses of each graph to the definitions that reach them.

@@ -10,22 +10,21 @@
 namespace ca::nameresolution {
 class SymbolTable;
 }
-namespace ca::usedef {
-class UseDefAnalysis;
-}
-namespace ca::controlflow {
-class ControlFlowAnalysis;
-}
 
 namespace ca {
 
 /// One analysed file: its syntax tree, its symbol table, and the analyses over
 /// it, computed when first asked.
 ///
+/// Every analysis is made one way: `get<T>` calls `T::Create` on first use
+/// and caches the result under `T::GetAnalysisId()`. The analyses declared in
+/// the platform make themselves through the provider of an
+/// `ca::clients::AnalysisImpl` (see provided_analysis.hpp).
+///
 /// Invariants: the tree and every analysis reached from it live as long as this
 /// object. An analysis reached through `get<T>` is computed at most once per
-/// object and cached under `T::GetAnalysisId()`. An `Analysis` belongs to one
-/// thread at a time; its cache has no lock.
+/// object. An `Analysis` belongs to one thread at a time; its cache has no
+/// lock.
 class Analysis {
  public:
   Analysis() = default;
@@ -54,13 +53,6 @@ class Analysis {
   std::shared_ptr<T> getHandle() const {
     return std::static_pointer_cast<T>(cachedOrCreated<T>());
   }
-
-  /// Computes the use-def records of this file; called once, by
-  /// `UseDefAnalysis::Create`. Each producer of analyses supplies its own.
-  virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const = 0;
-  /// Computes the control-flow graphs of this file; called once, by
-  /// `ControlFlowAnalysis::Create`.
-  virtual std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const = 0;
 
  private:
   // The cache entry of T, made by `T::Create` when missing. The entry holds a

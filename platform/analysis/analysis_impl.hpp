@@ -37,26 +37,24 @@ struct AnalysisOptions {
   UnsupportedFeatures const* unsupportedFeatures = nullptr;
 };
 
-/// Computes the analyses of one file on behalf of an `AnalysisImpl`. The
-/// front end supplies the real one; tests supply their own answers. A
-/// provider may make only some analyses: asking one of the others raises
-/// std::logic_error naming it.
+/// Makes the analyses of one file on behalf of an `AnalysisImpl`, each when
+/// `Analysis::get<T>` first asks for it under `T::GetAnalysisId()`. The front
+/// end supplies the real one (a registry of factories); tests supply their
+/// own answers. A provider may make only some analyses: asking one of the
+/// others raises std::logic_error naming it.
 class AnalysisProvider {
  public:
   virtual ~AnalysisProvider() = default;
-  virtual std::shared_ptr<nameresolution::SymbolTable const> makeSymbolTable(AnalysisImpl const& analysis) const;
-  virtual std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis(AnalysisImpl const& analysis) const;
-  virtual std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis(AnalysisImpl const& analysis) const;
-  virtual std::shared_ptr<nameresolution::IdUseAnalysis const> makeIdUseAnalysis(AnalysisImpl const& analysis) const;
-  virtual std::shared_ptr<callresolution::CallResolutionAnalysis const> makeCallResolutionAnalysis(
-      AnalysisImpl const& analysis) const;
   /// Makes the analysis whose class has `analysisId` as its `GetAnalysisId`,
   /// as a handle to that class converted to void (see `createByProvider`).
+  /// This one makes none: std::logic_error "this analysis provider computes
+  /// no " and the id.
   virtual std::shared_ptr<void> makeAnalysis(astapi::StringId analysisId, AnalysisImpl const& analysis) const;
 };
 
 /// The analysis of a file that owns its syntax tree and hands out the analyses
-/// computed with it, each made by the provider when first asked and kept.
+/// computed with it. Each is made through `Analysis::get<T>` and its cache, by
+/// the provider, when first asked; the getters below are short ways to ask.
 ///
 /// Invariants: the tree is never null and outlives every analysis handed out.
 class AnalysisImpl : public Analysis {
@@ -66,35 +64,28 @@ class AnalysisImpl : public Analysis {
 
   ast::Program const* getProgram() const override { return tree_->getProgram(); }
   FileType getFileType() const override { return tree_->getFileType(); }
-  nameresolution::SymbolTable const* getSymbolTable() const override { return getSymbolTableImpl().get(); }
+  /// The symbol table, made on first use; never null.
+  nameresolution::SymbolTable const* getSymbolTable() const override;
 
-  /// The symbol table, computed on first use.
-  std::shared_ptr<nameresolution::SymbolTable const> const& getSymbolTableImpl() const;
-  /// How identifiers are used, computed on first use.
-  std::shared_ptr<nameresolution::IdUseAnalysis const> const& getIdUseAnalysis() const;
-  /// Which nodes are calls, computed on first use.
-  std::shared_ptr<callresolution::CallResolutionAnalysis const> const& getCallResolutionAnalysis() const;
   std::shared_ptr<astapi::SyntaxTree const> const& getTree() const noexcept { return tree_; }
   AnalysisProvider const& getProvider() const noexcept { return *provider_; }
   AnalysisOptions getAnalysisOptions() const noexcept { return options_; }
 
-  /// The analyses below are made through `Analysis::get<T>` and its cache,
-  /// and handed out as shared handles.
+  /// The analyses as shared handles, each the instance of `get<T>`.
+  std::shared_ptr<nameresolution::SymbolTable const> getSymbolTableImpl() const;
+  /// How identifiers are used.
+  std::shared_ptr<nameresolution::IdUseAnalysis const> getIdUseAnalysis() const;
+  /// Which nodes are calls.
+  std::shared_ptr<callresolution::CallResolutionAnalysis const> getCallResolutionAnalysis() const;
   std::shared_ptr<typevalue::TypeValueAnalysis> getTypeValueAnalysis() const;
   std::shared_ptr<tosk::ToskAnalysis> getToskAnalysis() const;
   std::shared_ptr<codegeneration::CodeGenerationAnalysis> getCodeGenerationAnalysis() const;
   std::shared_ptr<context::ContextAnalysis> getContextAnalysis() const;
 
-  std::shared_ptr<usedef::UseDefAnalysis> makeUseDefAnalysis() const override;
-  std::shared_ptr<controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override;
-
  private:
   std::shared_ptr<astapi::SyntaxTree const> tree_;
   std::shared_ptr<AnalysisProvider const> provider_;
   AnalysisOptions options_;
-  mutable std::shared_ptr<nameresolution::SymbolTable const> symbolTable_;
-  mutable std::shared_ptr<nameresolution::IdUseAnalysis const> idUse_;
-  mutable std::shared_ptr<callresolution::CallResolutionAnalysis const> callResolution_;
 };
 
 }  // namespace ca::clients

@@ -1,10 +1,11 @@
 #pragma once
 
-// The one way an analysis computed outside the platform is made: its class
-// declares `GetAnalysisId` and a `Create` that calls `createByProvider`, and
-// the provider of the analysis (the front end's, or a test's) makes it when
-// asked under that id. Adding an analysis is one header and one case in the
-// provider.
+// How an analysis that the platform declares but does not compute is made:
+// its class declares `GetAnalysisId` and a `Create` that calls
+// `createByProvider`, and the provider of the file's `AnalysisImpl` (the front
+// end's registry, or a test's) makes it when `Analysis::get<T>` first asks
+// under that id. Adding an analysis is its header and one line in a registry
+// (see analysis_registry.hpp).
 
 #include <memory>
 #include <stdexcept>

@@ -1,11 +1,13 @@
 #pragma once
 
-// The whole syntax tree: every class, the short names of the `CA` flavour, and
-// the one-switch dispatch on a node's kind.
+// The whole syntax tree: every class, the short names of the `CA` flavour, the
+// checked casts between classes, and the one-switch dispatch on a node's kind.
 
 #include "platform/ast/declarations.hpp"
 #include "platform/ast/expressions.hpp"
 #include "platform/ast/node.hpp"
+#include "platform/ast/node_cast.hpp"
+#include "platform/ast/node_class.hpp"
 #include "platform/ast/statements.hpp"
 
 namespace ca::ast {

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "platform/ast/enclosing_node.hpp"
 #include "platform/filesystem/paths.hpp"
 
 namespace ca::ast {
@@ -118,19 +119,6 @@ namespace ca::astapi {
 
 namespace {
 
-// The function or method whose body holds `node`, or null.
-ca::ast::Function const* enclosingFunction(ca::ast::Node const& node) {
-  for (ca::ast::Node const* at = node.getParent(); at != nullptr; at = at->getParent()) {
-    switch (at->getKind()) {
-      case lf::astapi::NodeKind::Function:
-      case lf::astapi::NodeKind::MethodDefinition: return static_cast<ca::ast::Function const*>(at);
-      case lf::astapi::NodeKind::AnonymousFunction: return nullptr;
-      default: break;
-    }
-  }
-  return nullptr;
-}
-
 // The class whose constructor a function named `name` would be: the classdef
 // around it, or the `@Name` folder of its file.
 bool isConstructor(ca::ast::Function const& function) {
@@ -155,7 +143,10 @@ bool isSuperclassConstructorCall(ca::ast::BinaryOperation const& operation) {
   if (operation.getOperator() != lf::astapi::BinaryOperator::SuperclassCall) return false;
   ca::ast::Expression const* const object = operation.getLeft();
   if (object == nullptr || object->getKind() != lf::astapi::NodeKind::Identifier) return false;
-  ca::ast::Function const* const function = enclosingFunction(operation);
+  // The function or method whose body holds the operation; none inside an
+  // anonymous function: the call stands in the constructor's own body.
+  ca::ast::Function const* const function =
+      lf::astapi::getEnclosing<ca::ast::Function, ca::ast::AnonymousFunction>(operation);
   if (function == nullptr || function->getName() == nullptr || !isConstructor(*function)) return false;
   StringId const objectName = static_cast<ca::ast::Identifier const*>(object)->getStringId();
   auto const outputs = function->getOutputs();

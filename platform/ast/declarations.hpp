@@ -4,6 +4,7 @@
 // root of the tree.
 
 #include "platform/ast/statements.hpp"
+#include "platform/utils/invariant.hpp"
 
 namespace lf::astapi {
 
@@ -11,16 +12,24 @@ template <class F>
 class ArgumentsBlock;
 
 /// One input of a function: an `Identifier` or, for `~`, an `Ignored`.
-/// Exactly one of the two is present in a well-formed tree.
+/// Exactly one of the two is present in a well-formed tree: the constructors
+/// of one child promise it (checked builds stop at a null child), and only the
+/// constructor of two children may break it.
 template <class F>
 class InputArgument final : public Node<F> {
  public:
   static constexpr NodeKind Kind = NodeKind::InputArgument;
   explicit InputArgument(Identifier<F> const* identifier) noexcept
       : Node<F>(Kind), identifier_(identifier), ignored_(nullptr) {
+    PLEXUS_INVARIANT(identifier != nullptr,
+                     "an InputArgument has exactly one of an Identifier and an Ignored; this one was given a null "
+                     "Identifier (malformed input takes the constructor of two children)");
     this->adopt(identifier);
   }
   explicit InputArgument(Ignored<F> const* ignored) noexcept : Node<F>(Kind), identifier_(nullptr), ignored_(ignored) {
+    PLEXUS_INVARIANT(ignored != nullptr,
+                     "an InputArgument has exactly one of an Identifier and an Ignored; this one was given a null "
+                     "Ignored (malformed input takes the constructor of two children)");
     this->adopt(ignored);
   }
   /// Both at once, or neither: only for tree producers that must represent

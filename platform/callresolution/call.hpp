@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
+#include "platform/analysis/provided_analysis.hpp"
 #include "platform/ast/ast.hpp"
 #include "platform/ast/string_id.hpp"
 
@@ -52,10 +54,23 @@ class Call {
   Status status_;
 };
 
-/// Which nodes of a file are calls.
+/// Which nodes of a file are calls. Reached through
+/// `get<CallResolutionAnalysis>()` (and
+/// `AnalysisImpl::getCallResolutionAnalysis`), made once per analysis through
+/// the analysis provider.
 class CallResolutionAnalysis {
  public:
   virtual ~CallResolutionAnalysis() = default;
+
+  /// The key of this analysis in an analysis's cache.
+  static astapi::StringId GetAnalysisId() {
+    static astapi::StringId const id(u"ca::callresolution::CallResolutionAnalysis");
+    return id;
+  }
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
+  static std::shared_ptr<CallResolutionAnalysis> Create(Analysis const& analysis) {
+    return clients::createByProvider<CallResolutionAnalysis>(analysis);
+  }
   /// The call at `node`; `isCall` says whether there is one.
   virtual Call getCallInfo(ast::Node const& node) const = 0;
   /// The call whose syntax most closely encloses `node` (the node itself

@@ -1,8 +1,10 @@
 #include "platform/controlflow/control_flow.hpp"
 
 #include <stdexcept>
+#include <unordered_set>
 
-#include "platform/analysis/analysis.hpp"
+#include "platform/analysis/provided_analysis.hpp"
+#include "platform/utils/invariant.hpp"
 
 namespace ca::controlflow {
 
@@ -13,6 +15,28 @@ ControlFlowGraph::ControlFlowGraph(ast::Node const* owner, std::vector<std::uniq
     throw std::invalid_argument("a control-flow graph starts with its entry and exit");
   }
   for (std::size_t i = 2; i < nodes_.size(); ++i) index_.emplace(nodes_[i]->syntax, nodes_[i].get());
+#ifdef PLEXUS_CHECKED
+  checkInvariants();
+#endif
+}
+
+void ControlFlowGraph::checkInvariants() const {
+  PLEXUS_INVARIANT(owner_ != nullptr, "a control-flow graph has an owner: the function, method or program");
+  PLEXUS_INVARIANT(getEntry().syntax == owner_, "the entry of a control-flow graph stands for the graph's owner");
+  PLEXUS_INVARIANT(getExit().syntax == owner_, "the exit of a control-flow graph stands for the graph's owner");
+  std::unordered_set<ControlFlowNode const*> const own = [this] {
+    std::unordered_set<ControlFlowNode const*> nodes;
+    for (auto const& node : nodes_) nodes.insert(node.get());
+    return nodes;
+  }();
+  for (std::size_t i = 0; i < nodes_.size(); ++i) {
+    ControlFlowNode const& node = *nodes_[i];
+    PLEXUS_INVARIANT(i < 2 || (node.kind == ControlFlowNode::Kind::Statement && node.syntax != nullptr),
+                     "a control-flow graph has one entry and one exit, first, and statements after them");
+    for (ControlFlowNode const* successor : node.successors) {
+      PLEXUS_INVARIANT(own.count(successor) != 0, "the successors of a control-flow node lie in its own graph");
+    }
+  }
 }
 
 ControlFlowNode const* ControlFlowGraph::getNode(ast::Node const* statement) const {
@@ -38,7 +62,7 @@ astapi::StringId ControlFlowAnalysis::GetAnalysisId() {
 }
 
 std::shared_ptr<ControlFlowAnalysis> ControlFlowAnalysis::Create(Analysis const& analysis) {
-  return analysis.makeControlFlowAnalysis();
+  return clients::createByProvider<ControlFlowAnalysis>(analysis);
 }
 
 ControlFlowGraph const& ControlFlowAnalysis::getEnclosingGraph(ast::Node const* node) const {

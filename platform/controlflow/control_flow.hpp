@@ -31,7 +31,13 @@ struct ControlFlowNode {
 /// try, parfor, spmd) is the node that decides where its body starts.
 ///
 /// Invariants: owns its nodes; every statement of the body, nested blocks
-/// included and nested functions excluded, has exactly one node.
+/// included and nested functions excluded, has exactly one node. The first
+/// node is the entry and the second the exit, both standing for the owner
+/// (use-def reads a function's inputs from the entry's syntax, and
+/// `getUnconditionalEdge` answers the owner for the exit); every other node is
+/// a statement; successors are nodes of this graph. A graph built otherwise is
+/// refused (std::invalid_argument for the entry and exit; checked builds stop
+/// at the rest).
 class ControlFlowGraph {
  public:
   ControlFlowGraph(ast::Node const* owner, std::vector<std::unique_ptr<ControlFlowNode>> nodes);
@@ -52,19 +58,24 @@ class ControlFlowGraph {
   ast::Node const& getUnconditionalEdge(ast::Node const* statement) const;
 
  private:
+  // Stops the program at a broken invariant; run by checked builds.
+  void checkInvariants() const;
+
   ast::Node const* owner_;
   std::vector<std::unique_ptr<ControlFlowNode>> nodes_;  // entry, exit, then statements
   std::unordered_map<ast::Node const*, ControlFlowNode const*> index_;
 };
 
 /// The control-flow graphs of a file: one per function and method body and
-/// one for the statements of a script.
+/// one for the statements of a script. Reached through
+/// `Analysis::get<ControlFlowAnalysis>()`, which makes it once per analysis
+/// through the analysis provider.
 class ControlFlowAnalysis {
  public:
   explicit ControlFlowAnalysis(std::vector<std::unique_ptr<ControlFlowGraph>> graphs);
 
   static astapi::StringId GetAnalysisId();
-  /// Computes the graphs of `analysis` (through `Analysis::makeControlFlowAnalysis`).
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
   static std::shared_ptr<ControlFlowAnalysis> Create(Analysis const& analysis);
 
   /// The graph that holds `node`: that of the innermost function or method

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
+#include "platform/analysis/provided_analysis.hpp"
 #include "platform/ast/ast.hpp"
 #include "platform/ast/string_id.hpp"
 
@@ -88,10 +90,22 @@ class SymbolTableEntry {
   std::vector<ast::Identifier const*> occurrences_;
 };
 
-/// The symbols of one analysed file.
+/// The symbols of one analysed file. Reached through
+/// `Analysis::getSymbolTable()` or `get<SymbolTable>()`, which make it once
+/// per analysis through the analysis provider.
 class SymbolTable {
  public:
   virtual ~SymbolTable() = default;
+
+  /// The key of this analysis in an analysis's cache.
+  static astapi::StringId GetAnalysisId() {
+    static astapi::StringId const id(u"ca::nameresolution::SymbolTable");
+    return id;
+  }
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
+  static std::shared_ptr<SymbolTable> Create(Analysis const& analysis) {
+    return clients::createByProvider<SymbolTable>(analysis);
+  }
 
   /// The symbol that `identifier` refers to, or null when it refers to none
   /// (names of attributes, properties, events and enumerators, the parts of
@@ -101,10 +115,22 @@ class SymbolTable {
   virtual std::vector<SymbolTableEntry const*> getSymbols() const = 0;
 };
 
-/// How identifiers are used, beyond what their symbols say.
+/// How identifiers are used, beyond what their symbols say. Reached through
+/// `get<IdUseAnalysis>()` (and `AnalysisImpl::getIdUseAnalysis`), made once
+/// per analysis through the analysis provider.
 class IdUseAnalysis {
  public:
   virtual ~IdUseAnalysis() = default;
+
+  /// The key of this analysis in an analysis's cache.
+  static astapi::StringId GetAnalysisId() {
+    static astapi::StringId const id(u"ca::nameresolution::IdUseAnalysis");
+    return id;
+  }
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
+  static std::shared_ptr<IdUseAnalysis> Create(Analysis const& analysis) {
+    return clients::createByProvider<IdUseAnalysis>(analysis);
+  }
   /// The identifier is an input or output in the signature of a function,
   /// method, method declaration or anonymous function.
   virtual bool isArgumentSignature(ast::Identifier const& identifier) const = 0;

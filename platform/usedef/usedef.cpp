@@ -1,6 +1,6 @@
 #include <ostream>
 
-#include "platform/analysis/analysis.hpp"
+#include "platform/analysis/provided_analysis.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
 
 namespace ca::usedef {
@@ -25,7 +25,7 @@ astapi::StringId UseDefAnalysis::GetAnalysisId() {
 }
 
 std::shared_ptr<UseDefAnalysis> UseDefAnalysis::Create(Analysis const& analysis) {
-  return analysis.makeUseDefAnalysis();
+  return clients::createByProvider<UseDefAnalysis>(analysis);
 }
 
 std::vector<UseDefBase const*> UseDefAnalysis::getAllUseDefs() const {

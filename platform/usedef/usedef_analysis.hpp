@@ -13,8 +13,8 @@ class Analysis;
 namespace ca::usedef {
 
 /// The definitions and uses of every variable of one file, in source order.
-/// Reached through `Analysis::get<UseDefAnalysis>()`, which computes it once per
-/// analysis.
+/// Reached through `Analysis::get<UseDefAnalysis>()`, which makes it once per
+/// analysis through the analysis provider.
 ///
 /// Invariants: owns its records; the pointers it hands out live as long as it.
 class UseDefAnalysis {
@@ -23,7 +23,7 @@ class UseDefAnalysis {
 
   /// The key of this analysis in an analysis's cache.
   static astapi::StringId GetAnalysisId();
-  /// Computes the records of `analysis` (through `Analysis::makeUseDefAnalysis`).
+  /// Asks the provider of `analysis`, an `AnalysisImpl`, to make it.
   static std::shared_ptr<UseDefAnalysis> Create(Analysis const& analysis);
 
   /// Every record, in the analysis's order.

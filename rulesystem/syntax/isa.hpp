@@ -29,21 +29,11 @@ struct isa {};
 
 namespace detail {
 /// The kinds whose nodes are of class T: the one kind of a concrete class, and
-/// for the abstract classes the kinds whose class bits contain theirs.
+/// for a base class the kinds of the classes derived from it (the platform's
+/// class-to-kinds table).
 template <class T>
 std::set<lf::astapi::NodeKind> kindsOf() {
-  if constexpr (requires { T::Kind; }) {
-    return {T::Kind};
-  } else {
-    std::uint8_t bits = lf::astapi::kindflags::node;
-    if constexpr (std::is_same_v<T, Expression>) bits |= lf::astapi::kindflags::expression;
-    if constexpr (std::is_same_v<T, Method>) bits |= lf::astapi::kindflags::method;
-    std::set<lf::astapi::NodeKind> kinds;
-    for (lf::astapi::NodeKind kind : lf::astapi::getAllNodeKinds()) {
-      if ((lf::astapi::getKindFlags(kind) & bits) == bits) kinds.insert(kind);
-    }
-    return kinds;
-  }
+  return lf::astapi::kindsOfClass<T>();
 }
 }  // namespace detail
 

@@ -1,5 +1,5 @@
-// The analysis object: its cache of analyses, the lazily made symbol table,
-// and the use-def records.
+// The analysis object: its cache of analyses, the providers and registries
+// that make them, the lazily made symbol table, and the use-def records.
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,10 @@
 #include <typeinfo>
 
 #include "platform/abstractinterpretation/abstract_interpretation_analysis.hpp"
+#include "platform/analysis/analysis_registry.hpp"
 #include "platform/codegeneration/code_generation_analysis.hpp"
 #include "platform/context/context_analysis.hpp"
+#include "platform/nameresolution/symbol_table.hpp"
 #include "platform/parfor/parfor_analysis.hpp"
 #include "platform/tosk/tosk_analysis.hpp"
 #include "platform/typevalue/type_value_analysis.hpp"
@@ -91,7 +93,7 @@ TEST_F(AnalysisTest, AnalysesThatTheProviderDoesNotMakeAreNamedWhenAsked) {
     analysis->getCallResolutionAnalysis();
     ADD_FAILURE() << "no exception";
   } catch (std::logic_error const& e) {
-    EXPECT_STREQ(e.what(), "this analysis provider computes no call-resolution analysis");
+    EXPECT_STREQ(e.what(), "this analysis provider computes no ca::callresolution::CallResolutionAnalysis");
   }
   EXPECT_THROW(analysis->getIdUseAnalysis(), std::logic_error);
 }
@@ -156,10 +158,94 @@ TEST(ProvidedAnalysis, CreateOnAnotherAnalysisIsABadCast) {
     ca::ast::Program const* getProgram() const override { return nullptr; }
     ca::FileType getFileType() const override { return ca::FileType::Script; }
     ca::nameresolution::SymbolTable const* getSymbolTable() const override { return nullptr; }
-    std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis() const override { return nullptr; }
-    std::shared_ptr<ca::controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override { return nullptr; }
   } const bare;
   EXPECT_THROW(bare.get<ca::typevalue::TypeValueAnalysis>(), std::bad_cast);
+}
+
+// An analysis that only this test declares and registers: made through
+// `get<T>` by its registered factory, once per analysis object.
+struct NodeCount {
+  std::size_t statements = 0;
+  static ca::astapi::StringId GetAnalysisId() { return ca::astapi::StringId(u"test::NodeCount"); }
+  static std::shared_ptr<NodeCount> Create(ca::Analysis const& analysis) {
+    return ca::clients::createByProvider<NodeCount>(analysis);
+  }
+};
+
+TEST(AnalysisRegistry, ARegisteredAnalysisIsMadeOnceThroughGetAndCached) {
+  int made = 0;
+  auto registry = std::make_shared<ca::clients::AnalysisRegistry>();
+  registry->add<NodeCount>([&made](ca::clients::AnalysisImpl const& analysis) {
+    ++made;
+    auto count = std::make_shared<NodeCount>();
+    count->statements = analysis.getProgram()->getBody().size();
+    return count;
+  });
+  EXPECT_TRUE(registry->provides(NodeCount::GetAnalysisId()));
+  EXPECT_FALSE(registry->provides(ca::usedef::UseDefAnalysis::GetAnalysisId()));
+
+  TreeMaker t;
+  ca::clients::AnalysisImpl const analysis(t.program({t.stmt(t.num(1)), t.stmt(t.num(2))}), registry);
+  EXPECT_EQ(made, 0);  // nothing is made before it is asked for
+  NodeCount& first = analysis.get<NodeCount>();
+  EXPECT_EQ(first.statements, 2u);
+  EXPECT_EQ(&analysis.get<NodeCount>(), &first);
+  EXPECT_EQ(analysis.getHandle<NodeCount>().get(), &first);
+  EXPECT_EQ(made, 1);
+  // Another analysis object with the same registry makes its own.
+  ca::clients::AnalysisImpl const other(TreeMaker().program({}), registry);
+  EXPECT_EQ(other.get<NodeCount>().statements, 0u);
+  EXPECT_EQ(made, 2);
+
+  // What the registry has no factory for is named, as by any provider.
+  try {
+    analysis.get<ca::usedef::UseDefAnalysis>();
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "this analysis provider computes no ca::usedef::UseDefAnalysis");
+  }
+}
+
+TEST(AnalysisRegistry, OneFactoryPerAnalysisAndAFactoryThatMakesNothingIsNamed) {
+  ca::clients::AnalysisRegistry registry;
+  registry.add<NodeCount>([](ca::clients::AnalysisImpl const&) { return std::shared_ptr<NodeCount>(); });
+  try {
+    registry.add<NodeCount>([](ca::clients::AnalysisImpl const&) { return std::make_shared<NodeCount>(); });
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "two factories registered for test::NodeCount");
+  }
+  ca::clients::AnalysisImpl const analysis(TreeMaker().program({}),
+                                           std::make_shared<ca::clients::AnalysisRegistry>(registry));
+  try {
+    analysis.get<NodeCount>();
+    ADD_FAILURE() << "no exception";
+  } catch (std::logic_error const& e) {
+    EXPECT_STREQ(e.what(), "AnalysisProvider made no test::NodeCount");
+  }
+}
+
+// A factory may hand out a class derived from the analysis, and one object
+// may serve as two analyses; each is found as its own class.
+class BothTables final : public ca::nameresolution::SymbolTable, public ca::nameresolution::IdUseAnalysis {
+ public:
+  ca::nameresolution::SymbolTableEntry const* getSymbol(ca::ast::Identifier const&) const override { return nullptr; }
+  std::vector<ca::nameresolution::SymbolTableEntry const*> getSymbols() const override { return {}; }
+  bool isArgumentSignature(ca::ast::Identifier const&) const override { return false; }
+  bool isDotAssignment(ca::ast::Identifier const&) const override { return true; }
+};
+
+TEST(AnalysisRegistry, OneObjectServesAsTwoAnalysesThroughItsBases) {
+  auto const both = std::make_shared<BothTables>();
+  auto registry = std::make_shared<ca::clients::AnalysisRegistry>();
+  registry->add<ca::nameresolution::SymbolTable>([both](ca::clients::AnalysisImpl const&) { return both; })
+      .add<ca::nameresolution::IdUseAnalysis>([both](ca::clients::AnalysisImpl const&) { return both; });
+  TreeMaker t;
+  ca::ast::Identifier const* x = t.id("x");
+  ca::clients::AnalysisImpl const analysis(t.program({t.stmt(x)}), registry);
+  EXPECT_EQ(analysis.getSymbolTable(), static_cast<ca::nameresolution::SymbolTable const*>(both.get()));
+  EXPECT_EQ(analysis.getIdUseAnalysis().get(), static_cast<ca::nameresolution::IdUseAnalysis const*>(both.get()));
+  EXPECT_TRUE(analysis.getIdUseAnalysis()->isDotAssignment(*x));
 }
 
 TEST_F(AnalysisTest, RequiresATreeAndAProvider) {

@@ -30,14 +30,17 @@ class TestProvider final : public ca::clients::AnalysisProvider {
   explicit TestProvider(std::function<UseDefRecords()> makeRecords = [] { return UseDefRecords(); })
       : makeRecords_(std::move(makeRecords)) {}
 
-  std::shared_ptr<ca::nameresolution::SymbolTable const> makeSymbolTable(
-      ca::clients::AnalysisImpl const&) const override {
-    ++symbolTablesMade;
-    return std::make_shared<EmptySymbolTable>();
-  }
-  std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis(ca::clients::AnalysisImpl const&) const override {
-    ++useDefAnalysesMade;
-    return std::make_shared<ca::usedef::UseDefAnalysis>(makeRecords_());
+  std::shared_ptr<void> makeAnalysis(ca::astapi::StringId id,
+                                     ca::clients::AnalysisImpl const& analysis) const override {
+    if (id == ca::nameresolution::SymbolTable::GetAnalysisId()) {
+      ++symbolTablesMade;
+      return std::shared_ptr<ca::nameresolution::SymbolTable>(std::make_shared<EmptySymbolTable>());
+    }
+    if (id == ca::usedef::UseDefAnalysis::GetAnalysisId()) {
+      ++useDefAnalysesMade;
+      return std::make_shared<ca::usedef::UseDefAnalysis>(makeRecords_());
+    }
+    return AnalysisProvider::makeAnalysis(id, analysis);
   }
 
   mutable int symbolTablesMade = 0;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -139,6 +140,25 @@ TEST(IdUse, ArgumentSignaturesAndDotAssignments) {
   EXPECT_TRUE(uses.isDotAssignment(*occurrencesOf("t")[0]));
   EXPECT_FALSE(uses.isDotAssignment(*occurrencesOf("u")[0]));
   EXPECT_FALSE(uses.isDotAssignment(*occurrencesOf("v")[0]));
+}
+
+TEST(IdUse, DynamicFieldTargetsReadTheirNamesAndWriteTheirHead) {
+  std::string const source =
+      "function f(k)\n"
+      "  s.(k) = 1;\n"
+      "  [t.(k), u(k)] = deal(1, 2);\n"
+      "end\n";
+  EXPECT_EQ(symbolsOf(source),
+            (std::vector<std::string>{"f: Function Main (1)", "k: Variable Input (4)", "s: Variable (1)",
+                                      "t: Variable (1)", "u: Variable (1)", "deal: External (1)"}));
+  auto result = analyzed(source);
+  auto const& uses = *result.analysis->getIdUseAnalysis();
+  std::map<std::string, bool> dotAssigned;
+  for (auto const* symbol : result.analysis->getSymbolTable()->getSymbols()) {
+    dotAssigned[plexus::testing::text(symbol->getName())] = uses.isDotAssignment(*symbol->getOccurrences()[0]);
+  }
+  EXPECT_EQ(dotAssigned, (std::map<std::string, bool>{
+                             {"f", false}, {"k", false}, {"s", true}, {"t", true}, {"u", false}, {"deal", false}}));
 }
 
 }  // namespace

@@ -134,4 +134,16 @@ TEST(UseDef, PartialAssignmentsReachBothRootsOfARun) {
   EXPECT_EQ(both, 1);
 }
 
+TEST(UseDef, TargetsReadTheirIndicesAndDynamicFieldNamesBeforeTheyWrite) {
+  EXPECT_EQ(recordsOf("function f(k)\n"
+                      "  s.(k) = 1;\n"
+                      "  t(k, 2).(k) = 3;\n"
+                      "  t{k}.a(k) = s;\n"
+                      "end\n"),
+            (Lines{"InputDef k@1:12", "PartialAssignmentUseDef s@2:3 <-", "VariableUse k@2:6 <- k@1:12",
+                   "PartialAssignmentUseDef t@3:3 <-", "VariableUse k@3:5 <- k@1:12", "VariableUse k@3:12 <- k@1:12",
+                   "PartialAssignmentUseDef t@4:3 <- t@3:3", "VariableUse k@4:5 <- k@1:12",
+                   "VariableUse k@4:10 <- k@1:12", "VariableUse s@4:15 <- s@2:3"}));
+}
+
 }  // namespace

@@ -88,8 +88,6 @@ TEST(Vertex, ProducerWithoutConsumersOnlyCounts) {
     Program const* getProgram() const override { return nullptr; }
     ca::FileType getFileType() const override { return ca::FileType::Script; }
     ca::nameresolution::SymbolTable const* getSymbolTable() const override { return nullptr; }
-    std::shared_ptr<ca::usedef::UseDefAnalysis> makeUseDefAnalysis() const override { return nullptr; }
-    std::shared_ptr<ca::controlflow::ControlFlowAnalysis> makeControlFlowAnalysis() const override { return nullptr; }
   } analysis;
   root->produce(*node, analysis, &helper);
   root->produce(*node, analysis, &helper);
