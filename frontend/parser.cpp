@@ -11,7 +11,7 @@
 #include <unordered_map>
 
 #include "frontend/assignment_target.hpp"
-#include "frontend/parse.hpp"
+#include "frontend/limits.hpp"
 #include "platform/i18n/i18n.hpp"
 
 namespace frontend {

@@ -8,13 +8,9 @@
 #include <vector>
 
 #include "frontend/diagnostic.hpp"
+#include "frontend/limits.hpp"
 
 namespace frontend {
-
-/// The largest source file that is decoded (and parsed): 1 GiB. Converted to
-/// UTF-8 a file this size still fits the lexer's 32-bit offsets, and the
-/// UTF-8 check's 32-bit indices.
-inline constexpr std::size_t maxSourceBytes = std::size_t{1} << 30;
 
 /// The encoding a file was read in.
 enum class SourceEncoding : std::uint8_t { Utf8, Windows1252, Utf16LE, Utf16BE };
