@@ -13,49 +13,6 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isNameChar(char c) { return isLetter(c) || isDigit(c) || c == '_'; }
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
 
-TokenKind keywordKind(std::string_view word) {
-  switch (word.size()) {
-    case 2:
-      if (word == "if") return TokenKind::If;
-      break;
-    case 3:
-      if (word == "end") return TokenKind::End;
-      if (word == "for") return TokenKind::For;
-      if (word == "try") return TokenKind::Try;
-      break;
-    case 4:
-      if (word == "case") return TokenKind::Case;
-      if (word == "else") return TokenKind::Else;
-      if (word == "spmd") return TokenKind::Spmd;
-      break;
-    case 5:
-      if (word == "break") return TokenKind::Break;
-      if (word == "catch") return TokenKind::Catch;
-      if (word == "while") return TokenKind::While;
-      break;
-    case 6:
-      if (word == "elseif") return TokenKind::Elseif;
-      if (word == "global") return TokenKind::Global;
-      if (word == "parfor") return TokenKind::Parfor;
-      if (word == "return") return TokenKind::Return;
-      if (word == "switch") return TokenKind::Switch;
-      break;
-    case 8:
-      if (word == "classdef") return TokenKind::Classdef;
-      if (word == "continue") return TokenKind::Continue;
-      if (word == "function") return TokenKind::Function;
-      break;
-    case 9:
-      if (word == "otherwise") return TokenKind::Otherwise;
-      break;
-    case 10:
-      if (word == "persistent") return TokenKind::Persistent;
-      break;
-    default: break;
-  }
-  return TokenKind::Identifier;
-}
-
 }  // namespace
 
 Lexer::Lexer(std::string_view source) : source_(source) {}
@@ -468,76 +425,6 @@ std::string_view Lexer::readRestOfLine() {
   lineHasToken_ = true;
   previous_ = TokenKind::CharVector;
   return source_.substr(start, pos_ - start);
-}
-
-std::string_view describeKind(TokenKind kind) {
-  switch (kind) {
-    case TokenKind::EndOfFile: return "end of file";
-    case TokenKind::Newline: return "end of line";
-    case TokenKind::Error: return "invalid text";
-    case TokenKind::Identifier: return "identifier";
-    case TokenKind::Number: return "number";
-    case TokenKind::CharVector: return "char vector";
-    case TokenKind::String: return "string";
-    case TokenKind::Break: return "'break'";
-    case TokenKind::Case: return "'case'";
-    case TokenKind::Catch: return "'catch'";
-    case TokenKind::Classdef: return "'classdef'";
-    case TokenKind::Continue: return "'continue'";
-    case TokenKind::Else: return "'else'";
-    case TokenKind::Elseif: return "'elseif'";
-    case TokenKind::End: return "'end'";
-    case TokenKind::For: return "'for'";
-    case TokenKind::Function: return "'function'";
-    case TokenKind::Global: return "'global'";
-    case TokenKind::If: return "'if'";
-    case TokenKind::Otherwise: return "'otherwise'";
-    case TokenKind::Parfor: return "'parfor'";
-    case TokenKind::Persistent: return "'persistent'";
-    case TokenKind::Return: return "'return'";
-    case TokenKind::Spmd: return "'spmd'";
-    case TokenKind::Switch: return "'switch'";
-    case TokenKind::Try: return "'try'";
-    case TokenKind::While: return "'while'";
-    case TokenKind::Plus: return "'+'";
-    case TokenKind::Minus: return "'-'";
-    case TokenKind::Star: return "'*'";
-    case TokenKind::Slash: return "'/'";
-    case TokenKind::Backslash: return "'\\'";
-    case TokenKind::Caret: return "'^'";
-    case TokenKind::DotStar: return "'.*'";
-    case TokenKind::DotSlash: return "'./'";
-    case TokenKind::DotBackslash: return "'.\\'";
-    case TokenKind::DotCaret: return "'.^'";
-    case TokenKind::Transpose: return "transpose \"'\"";
-    case TokenKind::DotTranspose: return "transpose \".'\"";
-    case TokenKind::EqualEqual: return "'=='";
-    case TokenKind::NotEqual: return "'~='";
-    case TokenKind::Less: return "'<'";
-    case TokenKind::LessEqual: return "'<='";
-    case TokenKind::Greater: return "'>'";
-    case TokenKind::GreaterEqual: return "'>='";
-    case TokenKind::Amp: return "'&'";
-    case TokenKind::Pipe: return "'|'";
-    case TokenKind::AmpAmp: return "'&&'";
-    case TokenKind::PipePipe: return "'||'";
-    case TokenKind::Tilde: return "'~'";
-    case TokenKind::Bang: return "'!'";
-    case TokenKind::Colon: return "':'";
-    case TokenKind::Assign: return "'='";
-    case TokenKind::At: return "'@'";
-    case TokenKind::Question: return "'?'";
-    case TokenKind::Dot: return "'.'";
-    case TokenKind::LeftParen: return "'('";
-    case TokenKind::RightParen: return "')'";
-    case TokenKind::LeftBracket: return "'['";
-    case TokenKind::RightBracket: return "']'";
-    case TokenKind::LeftBrace: return "'{'";
-    case TokenKind::RightBrace: return "'}'";
-    case TokenKind::Comma: return "','";
-    case TokenKind::Semicolon: return "';'";
-  }
-  return "token";
 }
 
 }  // namespace frontend

@@ -7,6 +7,7 @@
 
 #include "frontend/parser.hpp"
 #include "frontend/source_decoding.hpp"
+#include "frontend/token.hpp"
 
 namespace frontend {
 
@@ -19,9 +20,6 @@ namespace {
 FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
   hasFunctions = text.find("function") != std::string_view::npos;
   if (!hasFunctions) return FunctionStyle::Terminated;
-  static constexpr std::string_view keywords[] = {"if", "for", "parfor", "while", "switch", "try", "spmd", "classdef"};
-  // Words that open a block only at the start of a line.
-  static constexpr std::string_view contextual[] = {"properties", "methods", "events", "enumeration", "arguments"};
   // ASCII tests, not the locale's: names of the language are ASCII.
   auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
   auto isWordChar = [&isLetter](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; };
@@ -59,9 +57,9 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
             std::size_t next = i;
             while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
             if (next == text.size() || text[next] != '(') ++ends;
-          } else if (std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords) ||
-                     (firstWord &&
-                      std::find(std::begin(contextual), std::end(contextual), word) != std::end(contextual))) {
+          } else if (opensBlock(keywordKind(word)) ||
+                     // Words that open a block only at the start of a line.
+                     (firstWord && contextualKeyword(word) != ContextualKeyword::None)) {
             ++blocks;
           }
         }

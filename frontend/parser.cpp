@@ -29,13 +29,6 @@ bool isStatementEnd(TokenKind kind) {
          kind == TokenKind::EndOfFile;
 }
 
-bool isBlockCloser(TokenKind kind) {
-  return kind == TokenKind::End || kind == TokenKind::Else || kind == TokenKind::Elseif || kind == TokenKind::Case ||
-         kind == TokenKind::Otherwise || kind == TokenKind::Catch;
-}
-
-bool isKeyword(TokenKind kind) { return kind >= TokenKind::Break && kind <= TokenKind::While; }
-
 // The precedence level of a binary token, from loosest (1) to tightest (8),
 // and its operator; 0 for a token that is none. Level 6 is the colon of a
 // range, which makes a ColonVector rather than a binary operation.
@@ -957,7 +950,8 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
 
 bool Parser::startsArgumentsBlock() {
   Token const& token = peek();
-  if (token.kind != TokenKind::Identifier || token.text != "arguments") return false;
+  if (token.kind != TokenKind::Identifier) return false;
+  if (contextualKeyword(token.text) != ContextualKeyword::Arguments) return false;
   TokenKind const next = peek(1).kind;
   return next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::Semicolon ||
          next == TokenKind::Comma || next == TokenKind::EndOfFile;
@@ -1160,9 +1154,7 @@ Parser::Node* Parser::parseClassdef() {
 }
 
 bool Parser::isClassBlockHead(Token const& token) {
-  if (token.kind != TokenKind::Identifier) return false;
-  std::string_view const word = token.text;
-  return word == "properties" || word == "methods" || word == "events" || word == "enumeration";
+  return token.kind == TokenKind::Identifier && headsClassBlock(contextualKeyword(token.text));
 }
 
 Parser::Node* Parser::skipStrayClassMember() {
@@ -1216,30 +1208,20 @@ void Parser::skipToEndOfBlock(bool atFunction) {
         break;
       case TokenKind::Semicolon:
       case TokenKind::Comma: nextStartsStatement = brackets == 0; break;
-      case TokenKind::If:
-      case TokenKind::For:
-      case TokenKind::Parfor:
-      case TokenKind::While:
-      case TokenKind::Switch:
-      case TokenKind::Try:
-      case TokenKind::Spmd:
-      case TokenKind::Function:
-      case TokenKind::Classdef:
-        if (brackets == 0) ++blocks;
-        break;
       case TokenKind::End:
         if (brackets == 0) --blocks;
         break;
       case TokenKind::Identifier:
         // The words that head blocks in classes and functions, alone on
         // their line or before their attributes.
-        if (statementStart && brackets == 0 &&
-            (isClassBlockHead(token) || token.text == "arguments")) {
+        if (statementStart && brackets == 0 && contextualKeyword(token.text) != ContextualKeyword::None) {
           TokenKind const next = peek(1).kind;
           if (next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::EndOfFile) ++blocks;
         }
         break;
-      default: break;
+      default:
+        if (opensBlock(kind) && brackets == 0) ++blocks;
+        break;
     }
     statementStart = nextStartsStatement;
     take();
@@ -1249,7 +1231,7 @@ void Parser::skipToEndOfBlock(bool atFunction) {
 
 Parser::Node* Parser::parseClassBlock() {
   Token const keyword = take();
-  std::string_view const kind = keyword.text;
+  ContextualKeyword const block = contextualKeyword(keyword.text);
   // A fault in the attributes costs the rest of the line; the members are
   // read as usual.
   std::size_t const head = mark();
@@ -1264,26 +1246,26 @@ Parser::Node* Parser::parseClassBlock() {
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     // `end(obj, k, n)` declares a method named end; a plain `end` closes the block.
-    bool const endMethod = kind == "methods" && at(TokenKind::End) && peek(1).kind == TokenKind::LeftParen &&
-                           !peek(1).spaceBefore;
+    bool const endMethod = block == ContextualKeyword::Methods && at(TokenKind::End) &&
+                           peek(1).kind == TokenKind::LeftParen && !peek(1).spaceBefore;
     if ((at(TokenKind::End) && !endMethod) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
     Node* member = nullptr;
-    bool const definition = kind == "methods" && at(TokenKind::Function);
-    if (kind == "properties") {
+    bool const definition = block == ContextualKeyword::Methods && at(TokenKind::Function);
+    if (block == ContextualKeyword::Properties) {
       member = parseProperty();
     } else if (definition) {
       member = parseFunction(true, false);  // ends with its 'end'
-    } else if (kind == "methods") {
+    } else if (block == ContextualKeyword::Methods) {
       member = parseMethodDeclaration();
-    } else if (kind == "events") {
+    } else if (block == ContextualKeyword::Events) {
       Token const name = expect(TokenKind::Identifier, "as an event name");
       if (!failed_) member = finish(builder_.make<ast::Event>(identifier(name)), startOf(name));
     } else {
       member = parseEnumerator();
     }
     if (!failed_ && !definition) endStatement();
-    if (failed_ && kind == "methods") {
+    if (failed_ && block == ContextualKeyword::Methods) {
       // A line of a methods block that is no method: most likely the body of
       // a method whose function line is missing. Skip to the next method or
       // to the end of the block, rather than report each line of that body.
@@ -1298,11 +1280,11 @@ Parser::Node* Parser::parseClassBlock() {
   }
   Position const first = startOf(keyword);
   Node* node = nullptr;
-  if (kind == "properties") {
+  if (block == ContextualKeyword::Properties) {
     node = builder_.make<ast::PropertiesBlock>(attributes, listFrom<ast::Property>(members));
-  } else if (kind == "methods") {
+  } else if (block == ContextualKeyword::Methods) {
     node = builder_.make<ast::MethodsBlock>(attributes, listFrom<ast::Method>(members));
-  } else if (kind == "events") {
+  } else if (block == ContextualKeyword::Events) {
     node = builder_.make<ast::EventsBlock>(attributes, listFrom<ast::Event>(members));
   } else {
     node = builder_.make<ast::EnumerationBlock>(attributes, listFrom<ast::Enumerator>(members));
