@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include <cctype>
+#include "frontend/number_literal.hpp"
 
 namespace frontend {
 
@@ -201,47 +201,16 @@ Token Lexer::lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKin
 }
 
 Token Lexer::lexNumber(std::uint32_t start, bool spaceBefore) {
-  std::uint32_t i = start;
-  auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
-  if (at(i) == '0' && (at(i + 1) == 'x' || at(i + 1) == 'X' || at(i + 1) == 'b' || at(i + 1) == 'B')) {
-    bool const hex = at(i + 1) == 'x' || at(i + 1) == 'X';
-    i += 2;
-    std::uint32_t const digits = i;
-    while (hex ? std::isxdigit(static_cast<unsigned char>(at(i))) != 0 : (at(i) == '0' || at(i) == '1')) ++i;
-    if (i == digits) return error(start, i - start, spaceBefore, "expected digits after the number prefix");
-    // An optional type suffix: u8 u16 u32 u64 s8 s16 s32 s64.
-    if ((at(i) == 'u' || at(i) == 's') && isDigit(at(i + 1))) {
-      std::uint32_t j = i + 1;
-      while (isDigit(at(j))) ++j;
-      std::string_view const bits = source_.substr(i + 1, j - i - 1);
-      if (bits != "8" && bits != "16" && bits != "32" && bits != "64") {
-        return error(start, j - start, spaceBefore,
-                     "number type suffix must be u8, u16, u32, u64, s8, s16, s32 or s64");
-      }
-      i = j;
-    }
-  } else {
-    while (isDigit(at(i))) ++i;
-    if (at(i) == '.') {
-      char const after = at(i + 1);
-      // In 1./a, 1.^2, 1.*b, 1.\c and 1.' the dot starts an operator.
-      bool const operatorDot = after == '*' || after == '/' || after == '\\' || after == '^' || after == '\'';
-      if (!operatorDot && source_.substr(i, 3) != "...") {
-        ++i;
-        while (isDigit(at(i))) ++i;
-      }
-    }
-    if (at(i) == 'e' || at(i) == 'E' || at(i) == 'd' || at(i) == 'D') {
-      std::uint32_t j = i + 1;
-      if (at(j) == '+' || at(j) == '-') ++j;
-      if (isDigit(at(j))) {
-        while (isDigit(at(j))) ++j;
-        i = j;
-      }
-    }
-    if ((at(i) == 'i' || at(i) == 'j' || at(i) == 'I' || at(i) == 'J') && !isNameChar(at(i + 1))) ++i;
+  NumberExtent const number = scanNumber(source_, start);
+  switch (number.fault) {
+    case NumberFault::None: break;
+    case NumberFault::MissingDigits:
+      return error(start, number.end - start, spaceBefore, "expected digits after the number prefix");
+    case NumberFault::BadSuffix:
+      return error(start, number.end - start, spaceBefore,
+                   "number type suffix must be u8, u16, u32, u64, s8, s16, s32 or s64");
   }
-  pos_ = i;
+  pos_ = number.end;
   return make(TokenKind::Number, start, spaceBefore);
 }
 

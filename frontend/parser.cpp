@@ -4,14 +4,12 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
-#include <cmath>
-#include <limits>
 #include <optional>
 #include <unordered_map>
 
 #include "frontend/assignment_target.hpp"
 #include "frontend/limits.hpp"
+#include "frontend/number_literal.hpp"
 #include "platform/i18n/i18n.hpp"
 
 namespace frontend {
@@ -396,8 +394,7 @@ void Parser::recover() {
   // Abandon the statement: skip to the end of its line (or a ';'), and forget
   // any context it had opened.
   lexer_.forgetBrackets();
-  inMatrix_ = false;
-  indexDepth_ = 0;
+  brackets_ = {};
   bool first = true;
   while (true) {
     TokenKind const kind = peek().kind;
@@ -603,25 +600,26 @@ bool Parser::startsMultiAssignment() {
 Parser::Node* Parser::parseMultiAssignment() {
   Token const open = take();
   std::size_t const outputs = mark();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = true;
-  while (!at(TokenKind::RightBracket)) {
-    if (accept(TokenKind::Comma)) continue;
-    if (at(TokenKind::Tilde) || at(TokenKind::Bang)) {
-      Token const tilde = take();
-      scratch_.push_back(finish(builder_.make<ast::Ignored>(), startOf(tilde)));
-      continue;
+  {
+    // Outputs split at blanks as the elements of a matrix do.
+    BracketScope const matrix(*this, {.inMatrix = true, .indexDepth = brackets_.indexDepth});
+    while (!at(TokenKind::RightBracket)) {
+      if (accept(TokenKind::Comma)) continue;
+      if (at(TokenKind::Tilde) || at(TokenKind::Bang)) {
+        Token const tilde = take();
+        scratch_.push_back(finish(builder_.make<ast::Ignored>(), startOf(tilde)));
+        continue;
+      }
+      Token const first = peek();
+      if (first.kind != TokenKind::Identifier) {
+        unexpected(first, "an output variable");
+        return nullptr;
+      }
+      Expression* target = parsePostfix(identifier(take()), startOf(first));
+      if (failed_) return nullptr;
+      scratch_.push_back(target);
     }
-    Token const first = peek();
-    if (first.kind != TokenKind::Identifier) {
-      unexpected(first, "an output variable");
-      return nullptr;
-    }
-    Expression* target = parsePostfix(identifier(take()), startOf(first));
-    if (failed_) return nullptr;
-    scratch_.push_back(target);
   }
-  inMatrix_ = savedMatrix;
   take();
   expect(TokenKind::Assign, "after the outputs");
   if (failed_) return nullptr;
@@ -865,28 +863,34 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
   return listFrom<ast::InputArgument>(inputs);
 }
 
-bool Parser::parseFunctionHeader(FunctionHeader& header) {
-  // Outputs: [a, b] = name, o = name, or none.
+lf::astapi::NodeList<ast::Identifier> Parser::parseOutputs(OutputNames names) {
+  // [a, b] = name, o = name, or none.
   std::size_t const outputs = mark();
+  auto output = [this, names](Token const& name) {
+    if (names == OutputNames::Variables) defineVariable(name.text);
+    scratch_.push_back(identifier(name));
+  };
   if (at(TokenKind::LeftBracket)) {
     take();
     while (!at(TokenKind::RightBracket)) {
       if (accept(TokenKind::Comma)) continue;
       Token const name = expect(TokenKind::Identifier, "as an output name");
-      if (failed_) return false;
-      defineVariable(name.text);
-      scratch_.push_back(identifier(name));
+      if (failed_) return {};
+      output(name);
     }
     take();
     expect(TokenKind::Assign, "after the outputs");
-    if (failed_) return false;
+    if (failed_) return {};
   } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
-    Token const name = take();
-    defineVariable(name.text);
-    scratch_.push_back(identifier(name));
+    output(take());
     take();
   }
-  header.outputs = listFrom<ast::Identifier>(outputs);
+  return listFrom<ast::Identifier>(outputs);
+}
+
+bool Parser::parseFunctionHeader(FunctionHeader& header) {
+  header.outputs = parseOutputs(OutputNames::Variables);
+  if (failed_) return false;
   header.name = parseFunctionName();
   if (failed_) return false;
   header.inputs = parseParameters();
@@ -961,25 +965,25 @@ lf::astapi::NodeList<ast::Attribute> Parser::parseAttributes() {
   std::size_t const attributes = mark();
   if (!at(TokenKind::LeftParen)) return listFrom<ast::Attribute>(attributes);
   take();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = false;
-  while (!at(TokenKind::RightParen)) {
-    skipNewlines();
-    Token const first = peek();
-    bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
-    Token const nameToken = expect(TokenKind::Identifier, "as an attribute name");
-    if (failed_) return {};
-    ast::Identifier* name = identifier(nameToken);
-    Expression* value = nullptr;
-    if (accept(TokenKind::Assign)) {
-      value = parseExpression();
+  {
+    BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+    while (!at(TokenKind::RightParen)) {
+      skipNewlines();
+      Token const first = peek();
+      bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
+      Token const nameToken = expect(TokenKind::Identifier, "as an attribute name");
       if (failed_) return {};
+      ast::Identifier* name = identifier(nameToken);
+      Expression* value = nullptr;
+      if (accept(TokenKind::Assign)) {
+        value = parseExpression();
+        if (failed_) return {};
+      }
+      scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
+      skipNewlines();
+      if (!accept(TokenKind::Comma)) break;
     }
-    scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
-    skipNewlines();
-    if (!accept(TokenKind::Comma)) break;
   }
-  inMatrix_ = savedMatrix;
   expect(TokenKind::RightParen, "to close the attributes");
   return listFrom<ast::Attribute>(attributes);
 }
@@ -1067,17 +1071,17 @@ ast::Validation* Parser::parseValidation() {
   if (at(TokenKind::LeftBrace)) {
     any = true;
     take();
-    bool const savedMatrix = inMatrix_;
-    inMatrix_ = false;
-    while (!at(TokenKind::RightBrace)) {
-      skipNewlines();
-      Expression* validator = parseExpression();
-      if (failed_) return nullptr;
-      scratch_.push_back(validator);
-      skipNewlines();
-      if (!accept(TokenKind::Comma)) break;
+    {
+      BracketScope const braces(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+      while (!at(TokenKind::RightBrace)) {
+        skipNewlines();
+        Expression* validator = parseExpression();
+        if (failed_) return nullptr;
+        scratch_.push_back(validator);
+        skipNewlines();
+        if (!accept(TokenKind::Comma)) break;
+      }
     }
-    inMatrix_ = savedMatrix;
     expect(TokenKind::RightBrace, "to close the validators");
     if (failed_) return nullptr;
   }
@@ -1320,23 +1324,8 @@ ast::Enumerator* Parser::parseEnumerator() {
 
 Parser::Node* Parser::parseMethodDeclaration() {
   Token const first = peek();
-  std::size_t const outputs = mark();
-  if (at(TokenKind::LeftBracket)) {
-    take();
-    while (!at(TokenKind::RightBracket)) {
-      if (accept(TokenKind::Comma)) continue;
-      Token const output = expect(TokenKind::Identifier, "as an output name");
-      if (failed_) return nullptr;
-      scratch_.push_back(identifier(output));
-    }
-    take();
-    expect(TokenKind::Assign, "after the outputs");
-    if (failed_) return nullptr;
-  } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
-    scratch_.push_back(identifier(take()));
-    take();
-  }
-  auto outputList = listFrom<ast::Identifier>(outputs);
+  auto outputList = parseOutputs(OutputNames::Declared);
+  if (failed_) return nullptr;
   ast::Identifier* name = parseFunctionName();
   if (failed_) return nullptr;
   auto inputList = parseParameters();
@@ -1364,7 +1353,7 @@ bool Parser::chainLink(int& height, int childHeight, Token const& link) {
 
 bool Parser::splitsMatrixElement(Token const& op) {
   // In [a -b] the blank before the sign and none after it start a new element.
-  if (!inMatrix_ || !op.spaceBefore) return false;
+  if (!brackets_.inMatrix || !op.spaceBefore) return false;
   if (op.kind != TokenKind::Plus && op.kind != TokenKind::Minus) return false;
   return !peek(1).spaceBefore;
 }
@@ -1463,7 +1452,8 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
     Token const& next = peek();
     // In a matrix, a blank before ( or { starts a new element: [f (1)]. A
     // dot cannot start an element, so `[h(n) .Label]` is one.
-    if (inMatrix_ && next.spaceBefore && (next.kind == TokenKind::LeftParen || next.kind == TokenKind::LeftBrace)) {
+    if (brackets_.inMatrix && next.spaceBefore &&
+        (next.kind == TokenKind::LeftParen || next.kind == TokenKind::LeftBrace)) {
       break;
     }
     if (next.kind != TokenKind::LeftParen && next.kind != TokenKind::LeftBrace && next.kind != TokenKind::Dot &&
@@ -1488,11 +1478,12 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         take();
         if (at(TokenKind::LeftParen)) {
           take();
-          bool const savedMatrix = inMatrix_;
-          inMatrix_ = false;
-          Expression* name = parseExpression();
-          if (failed_) return nullptr;
-          inMatrix_ = savedMatrix;
+          Expression* name = nullptr;
+          {
+            BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+            name = parseExpression();
+            if (failed_) return nullptr;
+          }
           expect(TokenKind::RightParen, "to close the dynamic field");
           if (failed_ || !chainLink(height, height_, token)) return nullptr;
           result = finish(builder_.make<ast::DotParenOperation>(result, name), first);
@@ -1535,40 +1526,38 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
 
 void Parser::parseArguments(TokenKind close) {
   Token const open = take();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = false;
-  ++indexDepth_;
   int height = 0;
-  // A line end inside parentheses or braces ends the statement: lines go on
-  // only with a continuation.
-  while (!at(close)) {
-    Token const token = peek();
-    if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
-      take();
-      scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
-      height = std::max(height, 1);
-    } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
-      // Name=value at the end of an argument list. The argument is a level
-      // of its own above the value.
-      Depth depth(*this);
-      if (failed_) return;
-      take();
-      ast::Field* name = field(token);
-      take();
-      Expression* value = parseExpression();
-      if (failed_) return;
-      scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
-      height = std::max(height, 1 + std::max(1, height_));
-    } else {
-      Expression* argument = parseExpression();
-      if (failed_) return;
-      scratch_.push_back(argument);
-      height = std::max(height, height_);
+  {
+    BracketScope const index(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth + 1});
+    // A line end inside parentheses or braces ends the statement: lines go on
+    // only with a continuation.
+    while (!at(close)) {
+      Token const token = peek();
+      if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
+        take();
+        scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
+        height = std::max(height, 1);
+      } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
+        // Name=value at the end of an argument list. The argument is a level
+        // of its own above the value.
+        Depth depth(*this);
+        if (failed_) return;
+        take();
+        ast::Field* name = field(token);
+        take();
+        Expression* value = parseExpression();
+        if (failed_) return;
+        scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
+        height = std::max(height, 1 + std::max(1, height_));
+      } else {
+        Expression* argument = parseExpression();
+        if (failed_) return;
+        scratch_.push_back(argument);
+        height = std::max(height, height_);
+      }
+      if (!accept(TokenKind::Comma)) break;
     }
-    if (!accept(TokenKind::Comma)) break;
   }
-  --indexDepth_;
-  inMatrix_ = savedMatrix;
   if (!at(close)) {
     unexpected(peek(), fmt::format("{} or ',' in the argument list that starts at line {}, column {}",
                                    describeKind(close), open.line, open.column));
@@ -1583,8 +1572,7 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
   if (failed_) return nullptr;
   Token const open = take();
   TokenKind const close = cell ? TokenKind::RightBrace : TokenKind::RightBracket;
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = true;
+  BracketScope const matrix(*this, {.inMatrix = true, .indexDepth = brackets_.indexDepth});
   std::size_t const rows = mark();
   std::size_t elements = mark();
   Position rowStart{};
@@ -1619,7 +1607,6 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
     height = std::max(height, 2 + height_);
   }
   endRow();
-  inMatrix_ = savedMatrix;
   take();
   auto rowList = listFrom<ast::Row>(rows);
   Expression* node = cell ? static_cast<Expression*>(builder_.make<ast::CellArray>(rowList))
@@ -1632,14 +1619,13 @@ Parser::Expression* Parser::parseAnonymousFunction(Position first) {
   ScopeGuard scope(*this, true);
   auto inputs = parseParameters();
   if (failed_) return nullptr;
-  bool const savedMatrix = inMatrix_;
-  int const savedIndex = indexDepth_;
-  inMatrix_ = false;
-  indexDepth_ = 0;
-  Expression* body = parseExpression();
-  if (failed_) return nullptr;
-  inMatrix_ = savedMatrix;
-  indexDepth_ = savedIndex;
+  Expression* body = nullptr;
+  {
+    // The body stands alone: `end` in it is no index's end.
+    BracketScope const standalone(*this, {.inMatrix = false, .indexDepth = 0});
+    body = parseExpression();
+    if (failed_) return nullptr;
+  }
   // Inputs are an identifier in an InputArgument.
   height_ = 1 + std::max(inputs.empty() ? 0 : 2, height_);
   return finish(builder_.make<ast::AnonymousFunction>(inputs, body), first);
@@ -1656,11 +1642,12 @@ Parser::Expression* Parser::parsePrimary() {
       Depth depth(*this);
       if (failed_) return nullptr;
       take();
-      bool const savedMatrix = inMatrix_;
-      inMatrix_ = false;
-      Expression* inner = parseExpression();
-      if (failed_) return nullptr;
-      inMatrix_ = savedMatrix;
+      Expression* inner = nullptr;
+      {
+        BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+        inner = parseExpression();
+        if (failed_) return nullptr;
+      }
       if (!at(TokenKind::RightParen)) {
         unexpected(peek(), fmt::format("')' to close the '(' at line {}, column {}", token.line, token.column));
         return nullptr;
@@ -1693,14 +1680,14 @@ Parser::Expression* Parser::parsePrimary() {
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
     }
     case TokenKind::End:
-      if (indexDepth_ > 0) {
+      if (brackets_.indexDepth > 0) {
         take();
         height_ = 1;
         return finish(builder_.make<ast::EndIndex>(), startOf(token));
       }
       break;
     case TokenKind::Colon:
-      if (indexDepth_ > 0) {
+      if (brackets_.indexDepth > 0) {
         take();
         height_ = 1;
         return finish(builder_.make<ast::ColonIndex>(), startOf(token));
@@ -1723,70 +1710,13 @@ Parser::Expression* Parser::literal(Token const& token) {
 }
 
 Parser::Expression* Parser::number(Token const& token) {
-  std::string_view spelled = token.text;
-  NumericValue value = 0.0;
-  bool const prefixed = spelled.size() > 2 && spelled[0] == '0' &&
-                        (spelled[1] == 'x' || spelled[1] == 'X' || spelled[1] == 'b' || spelled[1] == 'B');
-  if (prefixed) {
-    int const base = (spelled[1] == 'x' || spelled[1] == 'X') ? 16 : 2;
-    std::string_view digits = spelled.substr(2);
-    std::string_view suffix;
-    if (std::size_t const s = digits.find_first_of("us"); s != std::string_view::npos) {
-      suffix = digits.substr(s);
-      digits = digits.substr(0, s);
-    }
-    std::uint64_t raw = 0;
-    auto const [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), raw, base);
-    (void)end;
-    if (status == std::errc::result_out_of_range) {
-      fail(token, "number does not fit in 64 bits");
-      return nullptr;
-    }
-    int const bits = suffix.empty() ? 0 : std::stoi(std::string(suffix.substr(1)));
-    bool const isSigned = !suffix.empty() && suffix[0] == 's';
-    // Without a suffix the literal takes the smallest unsigned type that holds it.
-    int const width = bits != 0 ? bits : raw <= 0xFF ? 8 : raw <= 0xFFFF ? 16 : raw <= 0xFFFFFFFF ? 32 : 64;
-    if (width < 64 && raw >> width != 0) {
-      fail(token, fmt::format("number does not fit in {} bits", width));
-      return nullptr;
-    }
-    // A signed literal is the two's complement of its bits.
-    switch (width) {
-      case 8:
-        value = isSigned ? NumericValue(static_cast<std::int8_t>(raw)) : NumericValue(static_cast<std::uint8_t>(raw));
-        break;
-      case 16:
-        value = isSigned ? NumericValue(static_cast<std::int16_t>(raw)) : NumericValue(static_cast<std::uint16_t>(raw));
-        break;
-      case 32:
-        value = isSigned ? NumericValue(static_cast<std::int32_t>(raw)) : NumericValue(static_cast<std::uint32_t>(raw));
-        break;
-      default: value = isSigned ? NumericValue(static_cast<std::int64_t>(raw)) : NumericValue(raw); break;
-    }
-  } else {
-    bool imaginary = false;
-    char const lastChar = spelled.back();
-    if (lastChar == 'i' || lastChar == 'j' || lastChar == 'I' || lastChar == 'J') {
-      imaginary = true;
-      spelled.remove_suffix(1);
-    }
-    // An exponent may be written with d or D; from_chars wants e.
-    std::string normalized;
-    if (spelled.find_first_of("dD") != std::string_view::npos) {
-      normalized.assign(spelled);
-      for (char& c : normalized) {
-        if (c == 'd' || c == 'D') c = 'e';
-      }
-      spelled = normalized;
-    }
-    double parsed = 0.0;
-    auto const [end, status] = std::from_chars(spelled.data(), spelled.data() + spelled.size(), parsed);
-    (void)end;
-    if (status == std::errc::result_out_of_range) parsed = std::numeric_limits<double>::infinity();
-    value = imaginary ? NumericValue(lf::astapi::ImaginaryDouble{parsed}) : NumericValue(parsed);
+  NumberValue const number = evaluateNumber(token.text);
+  if (number.overflowBits != 0) {
+    fail(token, fmt::format("number does not fit in {} bits", number.overflowBits));
+    return nullptr;
   }
   height_ = 1;
-  auto* node = builder_.make<ast::NumberLiteral>(value, text(token.text));
+  auto* node = builder_.make<ast::NumberLiteral>(number.value, text(token.text));
   node->setSourceRange({startOf(token), lastOf(token)});
   return node;
 }

@@ -1,5 +1,10 @@
 #pragma once
 
+// The parser's external interface is `frontend::parse` (frontend/parse.hpp)
+// and nothing else: it decodes the file, chooses how its functions end, and
+// may parse twice to find out. The Parser class below is how `parse` does its
+// work; only the front end (and tests of its parts) uses it directly.
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -125,6 +130,12 @@ class Parser {
     ca::ast::Identifier* name = nullptr;
     lf::astapi::NodeList<ca::ast::InputArgument> inputs;
   };
+  // Whether the outputs of a function are its variables, or only declared
+  // (by a method declaration, which has no body).
+  enum class OutputNames : std::uint8_t { Variables, Declared };
+  /// The outputs before a function's or method's name: `[a, b] =`, `o =` or
+  /// none. Empty when it failed, leaving what it read on the scratch stack.
+  lf::astapi::NodeList<ca::ast::Identifier> parseOutputs(OutputNames names);
   /// Reads `function`'s line after the keyword, up to its end; false when it
   /// failed.
   bool parseFunctionHeader(FunctionHeader& header);
@@ -188,6 +199,28 @@ class Parser {
   void defineTarget(Expression const* target);
   bool isVariable(std::string_view name);
 
+  // The context of the brackets around an expression: in a matrix or cell
+  // elements split at blanks, and inside an index `end` is the index's end.
+  struct BracketContext {
+    bool inMatrix = false;
+    int indexDepth = 0;
+  };
+  // Puts a context in place for as long as it lives, and the one before back
+  // on every way out, early returns after an error included.
+  class BracketScope {
+   public:
+    BracketScope(Parser& parser, BracketContext context) : parser_(parser), saved_(parser.brackets_) {
+      parser_.brackets_ = context;
+    }
+    BracketScope(BracketScope const&) = delete;
+    BracketScope& operator=(BracketScope const&) = delete;
+    ~BracketScope() { parser_.brackets_ = saved_; }
+
+   private:
+    Parser& parser_;
+    BracketContext saved_;
+  };
+
   // One level of nesting, for as long as it lives; when the limit is
   // reached it reports so and leaves the parser failed.
   struct Depth {
@@ -235,10 +268,7 @@ class Parser {
   std::vector<Scope> scopes_;
   int depth_ = 0;
   int height_ = 0;
-  // Expression context: elements of a matrix or cell split at blanks, and
-  // `end` inside an index is the index's end.
-  bool inMatrix_ = false;
-  int indexDepth_ = 0;
+  BracketContext brackets_;
 };
 
 }  // namespace frontend
