@@ -1,7 +1,6 @@
 #include "frontend/lexer.hpp"
 
-#include <fmt/format.h>
-
+#include "frontend/diagnostic_message.hpp"
 #include "frontend/number_literal.hpp"
 
 namespace frontend {
@@ -71,11 +70,12 @@ Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
   return token;
 }
 
-Token Lexer::error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message) {
+template <DiagnosticKind kind, class... Args>
+Token Lexer::fault(std::uint32_t start, std::uint32_t length, bool spaceBefore, Args const&... args) {
   pos_ = start + length;
   Token token = make(TokenKind::Error, start, spaceBefore);
   token.errorIndex = static_cast<std::uint32_t>(errors_.size());
-  errors_.push_back(std::move(message));
+  errors_.push_back({kind, diagnosticMessage<kind>(args...)});
   return token;
 }
 
@@ -122,7 +122,8 @@ bool Lexer::skipBlockComment(Token* failure) {
   token.column = startColumn;
   token.text = source_.substr(start, 2);
   token.errorIndex = static_cast<std::uint32_t>(errors_.size());
-  errors_.push_back("unterminated block comment: no line holding only '%}' closes the '%{' here");
+  errors_.push_back(
+      {DiagnosticKind::UnterminatedBlockComment, diagnosticMessage<DiagnosticKind::UnterminatedBlockComment>()});
   *failure = token;
   return true;
 }
@@ -195,9 +196,10 @@ Token Lexer::lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKin
     }
     ++i;
   }
-  return error(start, i - start, spaceBefore,
-               fmt::format("unterminated {}: expected a closing {} before the end of the line",
-                           kind == TokenKind::CharVector ? "char vector" : "string", quote == '"' ? "\"" : "'"));
+  if (kind == TokenKind::CharVector) {
+    return fault<DiagnosticKind::UnterminatedCharVector>(start, i - start, spaceBefore);
+  }
+  return fault<DiagnosticKind::UnterminatedString>(start, i - start, spaceBefore);
 }
 
 Token Lexer::lexNumber(std::uint32_t start, bool spaceBefore) {
@@ -205,10 +207,8 @@ Token Lexer::lexNumber(std::uint32_t start, bool spaceBefore) {
   switch (number.fault) {
     case NumberFault::None: break;
     case NumberFault::MissingDigits:
-      return error(start, number.end - start, spaceBefore, "expected digits after the number prefix");
-    case NumberFault::BadSuffix:
-      return error(start, number.end - start, spaceBefore,
-                   "number type suffix must be u8, u16, u32, u64, s8, s16, s32 or s64");
+      return fault<DiagnosticKind::MissingNumberDigits>(start, number.end - start, spaceBefore);
+    case NumberFault::BadSuffix: return fault<DiagnosticKind::BadNumberSuffix>(start, number.end - start, spaceBefore);
   }
   pos_ = number.end;
   return make(TokenKind::Number, start, spaceBefore);
@@ -308,8 +308,8 @@ Token Lexer::next() {
       ++length;
     }
   }
-  if (c == '\0') return error(start, length, spaceBefore, "unexpected NUL byte");
-  return error(start, length, spaceBefore, fmt::format("unexpected character '{}'", source_.substr(start, length)));
+  if (c == '\0') return fault<DiagnosticKind::UnexpectedNul>(start, length, spaceBefore);
+  return fault<DiagnosticKind::UnexpectedCharacter>(start, length, spaceBefore, source_.substr(start, length));
 }
 
 bool Lexer::nextCommandWord(Word& word) {

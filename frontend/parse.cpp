@@ -1,7 +1,5 @@
 #include "frontend/parse.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string>
 
@@ -97,14 +95,8 @@ bool ParseResult::hasErrors() const {
                      [](Diagnostic const& d) { return d.severity == Severity::Error; });
 }
 
-std::string formatDiagnostic(Diagnostic const& diagnostic) {
-  return fmt::format("{}:{}:{}: {}: {}", diagnostic.file, diagnostic.line, diagnostic.column,
-                     diagnostic.severity == Severity::Error ? "error" : "warning", diagnostic.message);
-}
-
 ParseResult parse(std::string_view source, std::string_view path) {
   ParseResult result;
-  std::string const file(path);
   // The decoder speaks for the encoding (a warning for a file not in UTF-8)
   // and refuses what is not source text (a NUL byte, a file too large), with
   // positions in the file's own terms.
@@ -123,6 +115,7 @@ ParseResult parse(std::string_view source, std::string_view path) {
     if (second.errors < best.errors) best = std::move(second);
   }
   result.tree = std::move(best.tree);
+  decoded.placeInFile(best.diagnostics);
   result.diagnostics.insert(result.diagnostics.end(), std::make_move_iterator(best.diagnostics.begin()),
                             std::make_move_iterator(best.diagnostics.end()));
   return result;

@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "frontend/assignment_target.hpp"
+#include "frontend/diagnostic_message.hpp"
 #include "frontend/limits.hpp"
 #include "frontend/number_literal.hpp"
 #include "platform/i18n/i18n.hpp"
@@ -132,7 +133,7 @@ Parser::Parser(std::string_view source, std::string_view path, FunctionStyle sty
 Parser::Depth::Depth(Parser& parser) : parser_(parser), entered_(parser.depth_ < maxNestingDepth) {
   if (!entered_) {
     Token const token = parser_.peek();
-    parser_.fail(token, fmt::format("nesting is deeper than {} levels", maxNestingDepth));
+    parser_.fail<DiagnosticKind::NestingTooDeep>(token, maxNestingDepth);
     return;
   }
   ++parser_.depth_;
@@ -204,31 +205,53 @@ std::string Parser::describe(Token const& token) const {
   }
 }
 
-void Parser::report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message) {
-  if (severity == Severity::Error) {
+SourceSpan Parser::spanOf(Token const& token) const {
+  SourcePosition const start{token.offset, token.line, token.column};
+  // A line end or the end of the file has no characters to point at.
+  if (token.kind == TokenKind::Newline || token.kind == TokenKind::EndOfFile) return {start, start};
+  return {start, {token.endOffset(), token.line, lastOf(token).column + 1}};
+}
+
+void Parser::report(DiagnosticKind kind, SourceSpan const& span, std::string message) {
+  if (definitionOf(kind).severity == Severity::Error) {
     if (errorCount_ == maxErrorsPerFile) {
-      diagnostics_.push_back({diagnosticPath_, line, column, Severity::Error,
-                              fmt::format("too many errors ({}); the rest of the file is not checked", errorCount_)});
+      diagnostics_.push_back(
+          makeDiagnostic<DiagnosticKind::TooManyErrors>(diagnosticPath_, {span.start, span.start}, maxErrorsPerFile));
       ++errorCount_;
       throw TooManyErrors{};
     }
     ++errorCount_;
   }
-  diagnostics_.push_back({diagnosticPath_, line, column, severity, std::move(message)});
+  diagnostics_.push_back(makeDiagnostic(kind, diagnosticPath_, span, std::move(message)));
 }
 
-void Parser::fail(Token const& token, std::string message) {
+template <DiagnosticKind kind, class... Args>
+void Parser::report(SourceSpan const& span, Args const&... args) {
+  report(kind, span, diagnosticMessage<kind>(args...));
+}
+
+template <DiagnosticKind kind, class... Args>
+void Parser::fail(Token const& token, Args const&... args) {
   if (failed_) return;  // only the first fault of a statement is reported
   failed_ = true;
-  report(Severity::Error, token.line, token.column, std::move(message));
+  report<kind>(spanOf(token), args...);
 }
 
-void Parser::unexpected(Token const& token, std::string_view expected) {
-  if (token.kind == TokenKind::Error) {
-    fail(token, lexer_.errorMessage(token));
-  } else {
-    fail(token, fmt::format("expected {} but found {}", expected, describe(token)));
+template <DiagnosticKind kind, class... Args>
+void Parser::unexpected(Token const& found, Args const&... args) {
+  if (failed_) return;
+  if (found.kind == TokenKind::Error) {
+    // Text the lexer could not read: its own error says best what is wrong.
+    Lexer::Error const& error = lexer_.errorOf(found);
+    failed_ = true;
+    report(error.kind, spanOf(found), error.message);
+    return;
   }
+  fail<kind>(found, args..., describe(found));
+}
+
+void Parser::unexpected(Token const& found, std::string_view expected) {
+  unexpected<DiagnosticKind::UnexpectedToken>(found, expected);
 }
 
 bool Parser::recovered(std::size_t statementMark) {
@@ -372,15 +395,14 @@ void Parser::parseBody(BodyOf owner) {
     if (isBlockCloser(next.kind)) {
       // A closer that no open block expects.
       take();
-      report(Severity::Error, next.line, next.column,
-             fmt::format("{} without a matching block", describeKind(next.kind)));
+      report<DiagnosticKind::StrayBlockCloser>(spanOf(next), describeKind(next.kind));
       continue;
     }
     Node* node = nullptr;
     if (next.kind == TokenKind::Function) {
       node = parseFunction(false, owner == BodyOf::Function);
     } else if (next.kind == TokenKind::Classdef && owner != BodyOf::File) {
-      fail(next, "'classdef' must begin the file");
+      fail<DiagnosticKind::ClassdefNotFirst>(next);
     } else {
       node = parseStatement();
     }
@@ -419,7 +441,7 @@ void Parser::endStatement() {
   }
   // A block may close on the line of its last statement: `if x, y = 1, end`.
   if (kind == TokenKind::EndOfFile || isBlockCloser(kind)) return;
-  unexpected(peek(), "';', ',' or the end of the line after the statement");
+  unexpected<DiagnosticKind::MissingStatementEnd>(peek());
 }
 
 Parser::Node* Parser::parseStatement() {
@@ -490,7 +512,7 @@ Parser::Node* Parser::parseSimpleStatement() {
       case NodeKind::BraceOperation:
       case NodeKind::DotOperation:
       case NodeKind::DotParenOperation: break;
-      default: fail(peek(), "the left side of '=' must be a variable, or an index or field of one"); return nullptr;
+      default: fail<DiagnosticKind::BadAssignmentTarget>(peek()); return nullptr;
     }
     take();
     Expression* value = parseExpression();
@@ -652,9 +674,8 @@ void Parser::expectEnd(Token const& opener) {
   // A missing 'end' closes the construct where it stands, without throwing,
   // so that what follows is parsed as it is.
   Token const& found = peek();
-  report(Severity::Error, found.line, found.column,
-         fmt::format("expected 'end' to close the {} at line {}, column {} but found {}", describeKind(opener.kind),
-                     opener.line, opener.column, describe(found)));
+  report<DiagnosticKind::MissingEnd>(spanOf(found), describeKind(opener.kind), opener.line, opener.column,
+                                     describe(found));
 }
 
 Parser::Node* Parser::parseIf() {
@@ -1166,7 +1187,7 @@ Parser::Node* Parser::skipStrayClassMember() {
   // misspelt head, is skipped whole with what it holds, so that one fault
   // gives one error and what follows is read as blocks again.
   Token const stray = peek();
-  unexpected(stray, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+  unexpected<DiagnosticKind::UnexpectedInClass>(stray);
   failed_ = false;
   if (stray.kind == TokenKind::Function) {
     parseFunction(true, false);  // read to its end, and left out
@@ -1346,8 +1367,11 @@ bool Parser::chainLink(int& height, int childHeight, Token const& link) {
   height = 1 + std::max(height, childHeight);
   if (depth_ + height <= maxNestingDepth) return true;
   // Name what made it deep: the chain, or the nesting around it.
-  fail(link, fmt::format("{} deeper than {} levels", height > depth_ ? "expression chain is nested" : "nesting is",
-                         maxNestingDepth));
+  if (height > depth_) {
+    fail<DiagnosticKind::ChainTooDeep>(link, maxNestingDepth);
+  } else {
+    fail<DiagnosticKind::NestingTooDeep>(link, maxNestingDepth);
+  }
   return false;
 }
 
@@ -1559,8 +1583,7 @@ void Parser::parseArguments(TokenKind close) {
     }
   }
   if (!at(close)) {
-    unexpected(peek(), fmt::format("{} or ',' in the argument list that starts at line {}, column {}",
-                                   describeKind(close), open.line, open.column));
+    unexpected<DiagnosticKind::UnclosedArgumentList>(peek(), describeKind(close), open.line, open.column);
     return;
   }
   take();
@@ -1596,8 +1619,8 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
       continue;
     }
     if (!startsExpression(token.kind)) {
-      unexpected(token, fmt::format("{} to close the {} that starts at line {}, column {}", describeKind(close),
-                                    cell ? "cell array" : "matrix", open.line, open.column));
+      unexpected<DiagnosticKind::UnclosedMatrix>(token, describeKind(close), cell ? "cell array" : "matrix", open.line,
+                                                 open.column);
       return nullptr;
     }
     if (mark() == elements) rowStart = startOf(token);
@@ -1649,7 +1672,7 @@ Parser::Expression* Parser::parsePrimary() {
         if (failed_) return nullptr;
       }
       if (!at(TokenKind::RightParen)) {
-        unexpected(peek(), fmt::format("')' to close the '(' at line {}, column {}", token.line, token.column));
+        unexpected<DiagnosticKind::UnclosedParenthesis>(peek(), token.line, token.column);
         return nullptr;
       }
       take();
@@ -1712,7 +1735,7 @@ Parser::Expression* Parser::literal(Token const& token) {
 Parser::Expression* Parser::number(Token const& token) {
   NumberValue const number = evaluateNumber(token.text);
   if (number.overflowBits != 0) {
-    fail(token, fmt::format("number does not fit in {} bits", number.overflowBits));
+    fail<DiagnosticKind::NumberTooLarge>(token, number.overflowBits);
     return nullptr;
   }
   height_ = 1;

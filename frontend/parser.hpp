@@ -68,14 +68,29 @@ class Parser {
   bool at(TokenKind kind) { return peek().kind == kind; }
   bool accept(TokenKind kind);
   Token expect(TokenKind kind, std::string_view context);
-  /// Reports a syntax error and marks the parser failed.
-  void fail(Token const& token, std::string message);
-  void unexpected(Token const& token, std::string_view expected);
+  /// Reports a syntax error of `kind` at `token` and marks the parser failed,
+  /// unless it failed already: only the first fault of a statement is
+  /// reported.
+  template <DiagnosticKind kind, class... Args>
+  void fail(Token const& token, Args const&... args);
+  /// Fails at `found`, found where something else was expected: with the
+  /// lexer's own error for text it could not read, else with `kind`, whose
+  /// message ends with what was found.
+  template <DiagnosticKind kind, class... Args>
+  void unexpected(Token const& found, Args const&... args);
+  /// "expected <expected> but found ...".
+  void unexpected(Token const& found, std::string_view expected);
   /// After a statement or member that started at `statementMark` on the
   /// scratch stack: when it failed, drops what it left there, skips the rest
   /// of its line, clears the mark and says true.
   bool recovered(std::size_t statementMark);
-  void report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message);
+  /// Reports a diagnostic, and stops the file with a last one when it is an
+  /// error past the most a file may have.
+  void report(DiagnosticKind kind, SourceSpan const& span, std::string message);
+  template <DiagnosticKind kind, class... Args>
+  void report(SourceSpan const& span, Args const&... args);
+  /// The range of a diagnostic at `token`.
+  SourceSpan spanOf(Token const& token) const;
   std::string describe(Token const& token) const;
   void skipNewlines();
 
