@@ -71,9 +71,9 @@ std::string utf16(std::string_view ascii, bool littleEndian) {
   return out;
 }
 
-std::string repeat(std::string_view text, int times) {
+std::string repeat(std::string_view text, std::uint32_t times) {
   std::string out;
-  for (int i = 0; i < times; ++i) out += text;
+  for (std::uint32_t i = 0; i < times; ++i) out += text;
   return out;
 }
 
@@ -83,6 +83,8 @@ SourceSpan on(std::uint32_t line, std::uint32_t column, std::size_t offset, std:
   return {{offset, line, column}, {offset + length, line, column + length}};
 }
 SourceSpan pointAt(std::uint32_t line, std::uint32_t column, std::size_t offset) { return on(line, column, offset, 0); }
+constexpr auto depthLimit = static_cast<std::uint32_t>(frontend::maxNestingDepth);
+constexpr auto errorLimit = static_cast<std::uint32_t>(frontend::maxErrorsPerFile);
 constexpr SourceSpan wholeFile{};                    // line 1, column 1, offset 0, empty
 constexpr SourceSpan noPlace{{0, 0, 0}, {0, 0, 0}};  // a path that was not read
 
@@ -256,18 +258,23 @@ TEST(DiagnosticTable, EveryKindIsBroughtAboutWithItsMessageAndRange) {
       {DiagnosticKind::NumberTooLarge, [] { return parsed("n = 0x1FFu8;\n"); }, "number does not fit in 8 bits",
        on(1, 5, 4, 7)},
       // The statement and its expression take two levels, each parenthesis
-      // two more (itself and the expression inside): the 128th cannot open.
+      // two more (itself and the expression inside): the (limit / 2)th, at
+      // column 4 + limit / 2, cannot open.
       {DiagnosticKind::NestingTooDeep,
-       [] { return parsed("x = " + repeat("(", 300) + "1" + repeat(")", 300) + ";\n"); },
-       "nesting is deeper than 256 levels", on(1, 4 + 128, 3 + 128, 1)},
+       [] { return parsed("x = " + repeat("(", depthLimit) + "1" + repeat(")", depthLimit) + ";\n"); },
+       "nesting is deeper than " + std::to_string(depthLimit) + " levels",
+       on(1, 4 + depthLimit / 2, 3 + depthLimit / 2, 1)},
       // a.b.c...: the name is one level, each link one more, over the
-      // statement's two: the 254th dot passes the limit.
-      {DiagnosticKind::ChainTooDeep, [] { return parsed("x = a" + repeat(".b", 300) + ";\n"); },
-       "expression chain is nested deeper than 256 levels", on(1, 6 + 2 * 253, 5 + 2 * 253, 1)},
-      // One error a line of seven bytes: the 101st is not reported, and the
-      // last diagnostic says so where it would have been.
-      {DiagnosticKind::TooManyErrors, [] { return parsed(repeat("x = );\n", 150)); },
-       "too many errors (100); the rest of the file is not checked", pointAt(101, 5, 7 * 100 + 4)},
+      // statement's two: the (limit - 2)th dot, at column 6 + 2 * (limit - 3),
+      // passes the limit.
+      {DiagnosticKind::ChainTooDeep, [] { return parsed("x = a" + repeat(".b", depthLimit) + ";\n"); },
+       "expression chain is nested deeper than " + std::to_string(depthLimit) + " levels",
+       on(1, 6 + 2 * (depthLimit - 3), 5 + 2 * (depthLimit - 3), 1)},
+      // One error a line of seven bytes: the first not reported is the one
+      // after the limit, and the last diagnostic says so where it stands.
+      {DiagnosticKind::TooManyErrors, [] { return parsed(repeat("x = );\n", errorLimit + 10)); },
+       "too many errors (" + std::to_string(errorLimit) + "); the rest of the file is not checked",
+       pointAt(errorLimit + 1, 5, 7 * errorLimit + 4)},
   };
 
   // Kinds that no test brings about, each for its reason. A case for one
