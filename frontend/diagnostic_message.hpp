@@ -13,10 +13,18 @@ namespace frontend {
 // of an entry is checked against the arguments of each use when the use is
 // compiled.
 
+constexpr bool holdsBraces(std::string_view format) { return format.find_first_of("{}") != std::string_view::npos; }
+
 /// The message of a diagnostic of `kind`.
 template <DiagnosticKind kind, class... Args>
 std::string diagnosticMessage(Args const&... args) {
-  return fmt::format(fmt::format_string<Args const&...>(definitionOf(kind).format), args...);
+  constexpr std::string_view format = definitionOf(kind).format;
+  // A message without arguments or braces is its format, copied as it is.
+  if constexpr (sizeof...(Args) == 0 && !holdsBraces(format)) {
+    return std::string(format);
+  } else {
+    return fmt::format(fmt::format_string<Args const&...>(format), args...);
+  }
 }
 
 /// A diagnostic of `kind` whose message is already made: its severity from

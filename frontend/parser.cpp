@@ -182,19 +182,6 @@ Token Parser::expect(TokenKind kind, std::string_view context) {
   return take();
 }
 
-Parser::Position Parser::lastOf(Token const& token) const {
-  std::uint32_t characters = static_cast<std::uint32_t>(token.text.size());
-  if (!token.ascii) {
-    characters = 0;
-    for (char c : token.text) {
-      if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
-    }
-  }
-  std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
-  return {token.offset + (length > 0 ? length - 1 : 0), token.line,
-          token.column + (characters > 0 ? characters - 1 : 0)};
-}
-
 std::string Parser::describe(Token const& token) const {
   switch (token.kind) {
     case TokenKind::Identifier: return fmt::format("identifier '{}'", token.text);

@@ -96,7 +96,19 @@ class Parser {
 
   // Positions and ranges.
   Position startOf(Token const& token) const { return {token.offset, token.line, token.column}; }
-  Position lastOf(Token const& token) const;
+  // Asked for every token taken: inline.
+  Position lastOf(Token const& token) const {
+    std::uint32_t characters = static_cast<std::uint32_t>(token.text.size());
+    if (!token.ascii) {
+      characters = 0;
+      for (char c : token.text) {
+        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+      }
+    }
+    std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
+    return {token.offset + (length > 0 ? length - 1 : 0), token.line,
+            token.column + (characters > 0 ? characters - 1 : 0)};
+  }
   template <class T>
   T* finish(T* node, Position first) {
     node->setSourceRange({first, lastEnd_});

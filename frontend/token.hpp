@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -76,8 +77,76 @@ constexpr bool isBlockCloser(TokenKind kind) {
   return role == KeywordRole::Closer || role == KeywordRole::Divider;
 }
 
+namespace tokens {
+
+// The keywords in a table of 64 slots, found by a hash of a word's length and
+// its first and last letters that puts no two keywords in one slot: every
+// identifier of a file is looked up, and most are no keyword, so a lookup
+// costs one slot and at most one comparison.
+struct KeywordSlot {
+  std::string_view spelling;  // empty for a slot without a keyword
+  TokenKind kind = TokenKind::Identifier;
+};
+
+inline constexpr std::size_t keywordSlotCount = 64;
+
+struct KeywordHash {
+  std::size_t first, last;  // the multipliers of the first and the last letter
+
+  constexpr std::size_t operator()(std::string_view word) const {
+    return (word.size() + first * static_cast<unsigned char>(word.front()) +
+            last * static_cast<unsigned char>(word.back())) %
+           keywordSlotCount;
+  }
+};
+
+// The smallest multipliers that place every keyword in a slot of its own.
+inline constexpr KeywordHash keywordHash = [] {
+  for (std::size_t first = 1; first < keywordSlotCount; ++first) {
+    for (std::size_t last = 1; last < keywordSlotCount; ++last) {
+      KeywordHash const hash{first, last};
+      std::array<bool, keywordSlotCount> taken{};
+      bool collides = false;
+      for (auto const& definition : definitions) {
+        if (definition.role == KeywordRole::None) continue;
+        bool& slot = taken[hash(definition.spelling)];
+        collides = collides || slot;
+        slot = true;
+      }
+      if (!collides) return hash;
+    }
+  }
+  throw "no multipliers place every keyword in a slot of its own";  // fails the compilation
+}();
+
+inline constexpr std::array<KeywordSlot, keywordSlotCount> keywordSlots = [] {
+  std::array<KeywordSlot, keywordSlotCount> slots{};
+  for (std::size_t kind = 0; kind < std::size(definitions); ++kind) {
+    if (definitions[kind].role == KeywordRole::None) continue;
+    slots[keywordHash(definitions[kind].spelling)] = {definitions[kind].spelling, static_cast<TokenKind>(kind)};
+  }
+  return slots;
+}();
+
+inline constexpr std::size_t longestKeyword = [] {
+  std::size_t longest = 0;
+  for (auto const& slot : keywordSlots) longest = std::max(longest, slot.spelling.size());
+  return longest;
+}();
+
+}  // namespace tokens
+
 /// The keyword spelt `word`, or `Identifier` when it is none.
-TokenKind keywordKind(std::string_view word);
+inline TokenKind keywordKind(std::string_view word) {
+  if (word.empty() || word.size() > tokens::longestKeyword) return TokenKind::Identifier;
+  tokens::KeywordSlot const& slot = tokens::keywordSlots[tokens::keywordHash(word)];
+  if (slot.spelling.size() != word.size()) return TokenKind::Identifier;
+  // Keywords are short: a loop, rather than a call of memcmp.
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (slot.spelling[i] != word[i]) return TokenKind::Identifier;
+  }
+  return slot.kind;
+}
 
 /// The contextual keyword spelt `word`, or `None`.
 ContextualKeyword contextualKeyword(std::string_view word);
