@@ -31,7 +31,7 @@ AnalysisResult analyzeFile(std::string_view path) {
   SourceFileReader::Result const read = reader.read(std::string(path).c_str());
   if (!read.ok()) {
     AnalysisResult failed;
-    failed.diagnostics.push_back({std::string(path), 0, 0, Severity::Error, read.error});
+    failed.diagnostics.push_back(read.diagnostic(std::string(path)));
     return failed;
   }
   return analyze(read.bytes, path);

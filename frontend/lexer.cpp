@@ -1,8 +1,7 @@
 #include "frontend/lexer.hpp"
 
-#include <fmt/format.h>
-
-#include <cctype>
+#include "frontend/diagnostic_message.hpp"
+#include "frontend/number_literal.hpp"
 
 namespace frontend {
 
@@ -12,49 +11,6 @@ bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isNameChar(char c) { return isLetter(c) || isDigit(c) || c == '_'; }
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
-
-TokenKind keywordKind(std::string_view word) {
-  switch (word.size()) {
-    case 2:
-      if (word == "if") return TokenKind::If;
-      break;
-    case 3:
-      if (word == "end") return TokenKind::End;
-      if (word == "for") return TokenKind::For;
-      if (word == "try") return TokenKind::Try;
-      break;
-    case 4:
-      if (word == "case") return TokenKind::Case;
-      if (word == "else") return TokenKind::Else;
-      if (word == "spmd") return TokenKind::Spmd;
-      break;
-    case 5:
-      if (word == "break") return TokenKind::Break;
-      if (word == "catch") return TokenKind::Catch;
-      if (word == "while") return TokenKind::While;
-      break;
-    case 6:
-      if (word == "elseif") return TokenKind::Elseif;
-      if (word == "global") return TokenKind::Global;
-      if (word == "parfor") return TokenKind::Parfor;
-      if (word == "return") return TokenKind::Return;
-      if (word == "switch") return TokenKind::Switch;
-      break;
-    case 8:
-      if (word == "classdef") return TokenKind::Classdef;
-      if (word == "continue") return TokenKind::Continue;
-      if (word == "function") return TokenKind::Function;
-      break;
-    case 9:
-      if (word == "otherwise") return TokenKind::Otherwise;
-      break;
-    case 10:
-      if (word == "persistent") return TokenKind::Persistent;
-      break;
-    default: break;
-  }
-  return TokenKind::Identifier;
-}
 
 }  // namespace
 
@@ -114,11 +70,12 @@ Token Lexer::make(TokenKind kind, std::uint32_t start, bool spaceBefore) {
   return token;
 }
 
-Token Lexer::error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message) {
+template <DiagnosticKind kind, class... Args>
+Token Lexer::fault(std::uint32_t start, std::uint32_t length, bool spaceBefore, Args const&... args) {
   pos_ = start + length;
   Token token = make(TokenKind::Error, start, spaceBefore);
   token.errorIndex = static_cast<std::uint32_t>(errors_.size());
-  errors_.push_back(std::move(message));
+  errors_.push_back({kind, diagnosticMessage<kind>(args...)});
   return token;
 }
 
@@ -165,7 +122,8 @@ bool Lexer::skipBlockComment(Token* failure) {
   token.column = startColumn;
   token.text = source_.substr(start, 2);
   token.errorIndex = static_cast<std::uint32_t>(errors_.size());
-  errors_.push_back("unterminated block comment: no line holding only '%}' closes the '%{' here");
+  errors_.push_back(
+      {DiagnosticKind::UnterminatedBlockComment, diagnosticMessage<DiagnosticKind::UnterminatedBlockComment>()});
   *failure = token;
   return true;
 }
@@ -238,53 +196,21 @@ Token Lexer::lexText(std::uint32_t start, bool spaceBefore, char quote, TokenKin
     }
     ++i;
   }
-  return error(start, i - start, spaceBefore,
-               fmt::format("unterminated {}: expected a closing {} before the end of the line",
-                           kind == TokenKind::CharVector ? "char vector" : "string", quote == '"' ? "\"" : "'"));
+  if (kind == TokenKind::CharVector) {
+    return fault<DiagnosticKind::UnterminatedCharVector>(start, i - start, spaceBefore);
+  }
+  return fault<DiagnosticKind::UnterminatedString>(start, i - start, spaceBefore);
 }
 
 Token Lexer::lexNumber(std::uint32_t start, bool spaceBefore) {
-  std::uint32_t i = start;
-  auto at = [this](std::uint32_t k) { return k < source_.size() ? source_[k] : '\0'; };
-  if (at(i) == '0' && (at(i + 1) == 'x' || at(i + 1) == 'X' || at(i + 1) == 'b' || at(i + 1) == 'B')) {
-    bool const hex = at(i + 1) == 'x' || at(i + 1) == 'X';
-    i += 2;
-    std::uint32_t const digits = i;
-    while (hex ? std::isxdigit(static_cast<unsigned char>(at(i))) != 0 : (at(i) == '0' || at(i) == '1')) ++i;
-    if (i == digits) return error(start, i - start, spaceBefore, "expected digits after the number prefix");
-    // An optional type suffix: u8 u16 u32 u64 s8 s16 s32 s64.
-    if ((at(i) == 'u' || at(i) == 's') && isDigit(at(i + 1))) {
-      std::uint32_t j = i + 1;
-      while (isDigit(at(j))) ++j;
-      std::string_view const bits = source_.substr(i + 1, j - i - 1);
-      if (bits != "8" && bits != "16" && bits != "32" && bits != "64") {
-        return error(start, j - start, spaceBefore,
-                     "number type suffix must be u8, u16, u32, u64, s8, s16, s32 or s64");
-      }
-      i = j;
-    }
-  } else {
-    while (isDigit(at(i))) ++i;
-    if (at(i) == '.') {
-      char const after = at(i + 1);
-      // In 1./a, 1.^2, 1.*b, 1.\c and 1.' the dot starts an operator.
-      bool const operatorDot = after == '*' || after == '/' || after == '\\' || after == '^' || after == '\'';
-      if (!operatorDot && source_.substr(i, 3) != "...") {
-        ++i;
-        while (isDigit(at(i))) ++i;
-      }
-    }
-    if (at(i) == 'e' || at(i) == 'E' || at(i) == 'd' || at(i) == 'D') {
-      std::uint32_t j = i + 1;
-      if (at(j) == '+' || at(j) == '-') ++j;
-      if (isDigit(at(j))) {
-        while (isDigit(at(j))) ++j;
-        i = j;
-      }
-    }
-    if ((at(i) == 'i' || at(i) == 'j' || at(i) == 'I' || at(i) == 'J') && !isNameChar(at(i + 1))) ++i;
+  NumberExtent const number = scanNumber(source_, start);
+  switch (number.fault) {
+    case NumberFault::None: break;
+    case NumberFault::MissingDigits:
+      return fault<DiagnosticKind::MissingNumberDigits>(start, number.end - start, spaceBefore);
+    case NumberFault::BadSuffix: return fault<DiagnosticKind::BadNumberSuffix>(start, number.end - start, spaceBefore);
   }
-  pos_ = i;
+  pos_ = number.end;
   return make(TokenKind::Number, start, spaceBefore);
 }
 
@@ -382,8 +308,8 @@ Token Lexer::next() {
       ++length;
     }
   }
-  if (c == '\0') return error(start, length, spaceBefore, "unexpected NUL byte");
-  return error(start, length, spaceBefore, fmt::format("unexpected character '{}'", source_.substr(start, length)));
+  if (c == '\0') return fault<DiagnosticKind::UnexpectedNul>(start, length, spaceBefore);
+  return fault<DiagnosticKind::UnexpectedCharacter>(start, length, spaceBefore, source_.substr(start, length));
 }
 
 bool Lexer::nextCommandWord(Word& word) {
@@ -468,76 +394,6 @@ std::string_view Lexer::readRestOfLine() {
   lineHasToken_ = true;
   previous_ = TokenKind::CharVector;
   return source_.substr(start, pos_ - start);
-}
-
-std::string_view describeKind(TokenKind kind) {
-  switch (kind) {
-    case TokenKind::EndOfFile: return "end of file";
-    case TokenKind::Newline: return "end of line";
-    case TokenKind::Error: return "invalid text";
-    case TokenKind::Identifier: return "identifier";
-    case TokenKind::Number: return "number";
-    case TokenKind::CharVector: return "char vector";
-    case TokenKind::String: return "string";
-    case TokenKind::Break: return "'break'";
-    case TokenKind::Case: return "'case'";
-    case TokenKind::Catch: return "'catch'";
-    case TokenKind::Classdef: return "'classdef'";
-    case TokenKind::Continue: return "'continue'";
-    case TokenKind::Else: return "'else'";
-    case TokenKind::Elseif: return "'elseif'";
-    case TokenKind::End: return "'end'";
-    case TokenKind::For: return "'for'";
-    case TokenKind::Function: return "'function'";
-    case TokenKind::Global: return "'global'";
-    case TokenKind::If: return "'if'";
-    case TokenKind::Otherwise: return "'otherwise'";
-    case TokenKind::Parfor: return "'parfor'";
-    case TokenKind::Persistent: return "'persistent'";
-    case TokenKind::Return: return "'return'";
-    case TokenKind::Spmd: return "'spmd'";
-    case TokenKind::Switch: return "'switch'";
-    case TokenKind::Try: return "'try'";
-    case TokenKind::While: return "'while'";
-    case TokenKind::Plus: return "'+'";
-    case TokenKind::Minus: return "'-'";
-    case TokenKind::Star: return "'*'";
-    case TokenKind::Slash: return "'/'";
-    case TokenKind::Backslash: return "'\\'";
-    case TokenKind::Caret: return "'^'";
-    case TokenKind::DotStar: return "'.*'";
-    case TokenKind::DotSlash: return "'./'";
-    case TokenKind::DotBackslash: return "'.\\'";
-    case TokenKind::DotCaret: return "'.^'";
-    case TokenKind::Transpose: return "transpose \"'\"";
-    case TokenKind::DotTranspose: return "transpose \".'\"";
-    case TokenKind::EqualEqual: return "'=='";
-    case TokenKind::NotEqual: return "'~='";
-    case TokenKind::Less: return "'<'";
-    case TokenKind::LessEqual: return "'<='";
-    case TokenKind::Greater: return "'>'";
-    case TokenKind::GreaterEqual: return "'>='";
-    case TokenKind::Amp: return "'&'";
-    case TokenKind::Pipe: return "'|'";
-    case TokenKind::AmpAmp: return "'&&'";
-    case TokenKind::PipePipe: return "'||'";
-    case TokenKind::Tilde: return "'~'";
-    case TokenKind::Bang: return "'!'";
-    case TokenKind::Colon: return "':'";
-    case TokenKind::Assign: return "'='";
-    case TokenKind::At: return "'@'";
-    case TokenKind::Question: return "'?'";
-    case TokenKind::Dot: return "'.'";
-    case TokenKind::LeftParen: return "'('";
-    case TokenKind::RightParen: return "')'";
-    case TokenKind::LeftBracket: return "'['";
-    case TokenKind::RightBracket: return "']'";
-    case TokenKind::LeftBrace: return "'{'";
-    case TokenKind::RightBrace: return "'}'";
-    case TokenKind::Comma: return "','";
-    case TokenKind::Semicolon: return "';'";
-  }
-  return "token";
 }
 
 }  // namespace frontend

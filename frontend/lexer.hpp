@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "frontend/diagnostic_kind.hpp"
 #include "frontend/token.hpp"
 #include "platform/ast/source_range.hpp"
 
@@ -26,8 +27,12 @@ class Lexer {
 
   Token next();
 
-  /// The message of an `Error` token.
-  std::string const& errorMessage(Token const& token) const { return errors_[token.errorIndex]; }
+  /// What is wrong with the text of an `Error` token.
+  struct Error {
+    DiagnosticKind kind;
+    std::string message;
+  };
+  Error const& errorOf(Token const& token) const { return errors_[token.errorIndex]; }
 
   /// A word of command syntax: `hold on` has the word "on".
   struct Word {
@@ -53,7 +58,9 @@ class Lexer {
 
  private:
   Token make(TokenKind kind, std::uint32_t start, bool spaceBefore);
-  Token error(std::uint32_t start, std::uint32_t length, bool spaceBefore, std::string message);
+  /// An `Error` token of `length` bytes from `start`, and its error of `kind`.
+  template <DiagnosticKind kind, class... Args>
+  Token fault(std::uint32_t start, std::uint32_t length, bool spaceBefore, Args const&... args);
   /// Skips blanks, comments and continuations; true when any was skipped.
   bool skipTrivia(Token* failure);
   bool skipBlockComment(Token* failure);
@@ -86,7 +93,7 @@ class Lexer {
   // How many of the open brackets are parentheses or braces: inside one, `end`
   // is an index.
   std::uint32_t openIndexBrackets_ = 0;
-  std::vector<std::string> errors_;
+  std::vector<Error> errors_;
 };
 
 }  // namespace frontend

@@ -1,12 +1,11 @@
 #include "frontend/parse.hpp"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string>
 
 #include "frontend/parser.hpp"
 #include "frontend/source_decoding.hpp"
+#include "frontend/token.hpp"
 
 namespace frontend {
 
@@ -19,9 +18,6 @@ namespace {
 FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
   hasFunctions = text.find("function") != std::string_view::npos;
   if (!hasFunctions) return FunctionStyle::Terminated;
-  static constexpr std::string_view keywords[] = {"if", "for", "parfor", "while", "switch", "try", "spmd", "classdef"};
-  // Words that open a block only at the start of a line.
-  static constexpr std::string_view contextual[] = {"properties", "methods", "events", "enumeration", "arguments"};
   // ASCII tests, not the locale's: names of the language are ASCII.
   auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
   auto isWordChar = [&isLetter](char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '_'; };
@@ -59,9 +55,9 @@ FunctionStyle guessStyle(std::string_view text, bool& hasFunctions) {
             std::size_t next = i;
             while (next < text.size() && (text[next] == ' ' || text[next] == '\t')) ++next;
             if (next == text.size() || text[next] != '(') ++ends;
-          } else if (std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords) ||
-                     (firstWord &&
-                      std::find(std::begin(contextual), std::end(contextual), word) != std::end(contextual))) {
+          } else if (opensBlock(keywordKind(word)) ||
+                     // Words that open a block only at the start of a line.
+                     (firstWord && contextualKeyword(word) != ContextualKeyword::None)) {
             ++blocks;
           }
         }
@@ -99,14 +95,8 @@ bool ParseResult::hasErrors() const {
                      [](Diagnostic const& d) { return d.severity == Severity::Error; });
 }
 
-std::string formatDiagnostic(Diagnostic const& diagnostic) {
-  return fmt::format("{}:{}:{}: {}: {}", diagnostic.file, diagnostic.line, diagnostic.column,
-                     diagnostic.severity == Severity::Error ? "error" : "warning", diagnostic.message);
-}
-
 ParseResult parse(std::string_view source, std::string_view path) {
   ParseResult result;
-  std::string const file(path);
   // The decoder speaks for the encoding (a warning for a file not in UTF-8)
   // and refuses what is not source text (a NUL byte, a file too large), with
   // positions in the file's own terms.
@@ -125,6 +115,7 @@ ParseResult parse(std::string_view source, std::string_view path) {
     if (second.errors < best.errors) best = std::move(second);
   }
   result.tree = std::move(best.tree);
+  decoded.placeInFile(best.diagnostics);
   result.diagnostics.insert(result.diagnostics.end(), std::make_move_iterator(best.diagnostics.begin()),
                             std::make_move_iterator(best.diagnostics.end()));
   return result;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "frontend/diagnostic.hpp"
+#include "frontend/limits.hpp"
 #include "platform/ast/syntax_tree.hpp"
 
 namespace frontend {
@@ -18,14 +19,6 @@ struct ParseResult {
 
   bool hasErrors() const;
 };
-
-/// The most syntax errors reported for one file; parsing stops there.
-inline constexpr std::size_t maxErrorsPerFile = 100;
-/// The deepest nesting of expressions and blocks that the parser follows. A
-/// chain that grows to the left (a.b.c, 1+2+3, x(1){2}) counts as deep as it
-/// is long, so no tree the parser gives is more than a few levels deeper:
-/// its consumers may walk it recursively.
-inline constexpr int maxNestingDepth = 256;
 
 /// Parses the source of one file of the analysed language. `path` names the
 /// file in diagnostics and in the tree. Bytes that are not valid UTF-8 are read

@@ -4,14 +4,13 @@
 
 #include <algorithm>
 #include <bit>
-#include <charconv>
-#include <cmath>
-#include <limits>
 #include <optional>
 #include <unordered_map>
 
 #include "frontend/assignment_target.hpp"
-#include "frontend/parse.hpp"
+#include "frontend/diagnostic_message.hpp"
+#include "frontend/limits.hpp"
+#include "frontend/number_literal.hpp"
 #include "platform/i18n/i18n.hpp"
 
 namespace frontend {
@@ -28,13 +27,6 @@ bool isStatementEnd(TokenKind kind) {
   return kind == TokenKind::Newline || kind == TokenKind::Semicolon || kind == TokenKind::Comma ||
          kind == TokenKind::EndOfFile;
 }
-
-bool isBlockCloser(TokenKind kind) {
-  return kind == TokenKind::End || kind == TokenKind::Else || kind == TokenKind::Elseif || kind == TokenKind::Case ||
-         kind == TokenKind::Otherwise || kind == TokenKind::Catch;
-}
-
-bool isKeyword(TokenKind kind) { return kind >= TokenKind::Break && kind <= TokenKind::While; }
 
 // The precedence level of a binary token, from loosest (1) to tightest (8),
 // and its operator; 0 for a token that is none. Level 6 is the colon of a
@@ -141,7 +133,7 @@ Parser::Parser(std::string_view source, std::string_view path, FunctionStyle sty
 Parser::Depth::Depth(Parser& parser) : parser_(parser), entered_(parser.depth_ < maxNestingDepth) {
   if (!entered_) {
     Token const token = parser_.peek();
-    parser_.fail(token, fmt::format("nesting is deeper than {} levels", maxNestingDepth));
+    parser_.fail<DiagnosticKind::NestingTooDeep>(token, maxNestingDepth);
     return;
   }
   ++parser_.depth_;
@@ -190,19 +182,6 @@ Token Parser::expect(TokenKind kind, std::string_view context) {
   return take();
 }
 
-Parser::Position Parser::lastOf(Token const& token) const {
-  std::uint32_t characters = static_cast<std::uint32_t>(token.text.size());
-  if (!token.ascii) {
-    characters = 0;
-    for (char c : token.text) {
-      if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
-    }
-  }
-  std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
-  return {token.offset + (length > 0 ? length - 1 : 0), token.line,
-          token.column + (characters > 0 ? characters - 1 : 0)};
-}
-
 std::string Parser::describe(Token const& token) const {
   switch (token.kind) {
     case TokenKind::Identifier: return fmt::format("identifier '{}'", token.text);
@@ -213,31 +192,53 @@ std::string Parser::describe(Token const& token) const {
   }
 }
 
-void Parser::report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message) {
-  if (severity == Severity::Error) {
+SourceSpan Parser::spanOf(Token const& token) const {
+  SourcePosition const start{token.offset, token.line, token.column};
+  // A line end or the end of the file has no characters to point at.
+  if (token.kind == TokenKind::Newline || token.kind == TokenKind::EndOfFile) return {start, start};
+  return {start, {token.endOffset(), token.line, lastOf(token).column + 1}};
+}
+
+void Parser::report(DiagnosticKind kind, SourceSpan const& span, std::string message) {
+  if (definitionOf(kind).severity == Severity::Error) {
     if (errorCount_ == maxErrorsPerFile) {
-      diagnostics_.push_back({diagnosticPath_, line, column, Severity::Error,
-                              fmt::format("too many errors ({}); the rest of the file is not checked", errorCount_)});
+      diagnostics_.push_back(
+          makeDiagnostic<DiagnosticKind::TooManyErrors>(diagnosticPath_, {span.start, span.start}, maxErrorsPerFile));
       ++errorCount_;
       throw TooManyErrors{};
     }
     ++errorCount_;
   }
-  diagnostics_.push_back({diagnosticPath_, line, column, severity, std::move(message)});
+  diagnostics_.push_back(makeDiagnostic(kind, diagnosticPath_, span, std::move(message)));
 }
 
-void Parser::fail(Token const& token, std::string message) {
+template <DiagnosticKind kind, class... Args>
+void Parser::report(SourceSpan const& span, Args const&... args) {
+  report(kind, span, diagnosticMessage<kind>(args...));
+}
+
+template <DiagnosticKind kind, class... Args>
+void Parser::fail(Token const& token, Args const&... args) {
   if (failed_) return;  // only the first fault of a statement is reported
   failed_ = true;
-  report(Severity::Error, token.line, token.column, std::move(message));
+  report<kind>(spanOf(token), args...);
 }
 
-void Parser::unexpected(Token const& token, std::string_view expected) {
-  if (token.kind == TokenKind::Error) {
-    fail(token, lexer_.errorMessage(token));
-  } else {
-    fail(token, fmt::format("expected {} but found {}", expected, describe(token)));
+template <DiagnosticKind kind, class... Args>
+void Parser::unexpected(Token const& found, Args const&... args) {
+  if (failed_) return;
+  if (found.kind == TokenKind::Error) {
+    // Text the lexer could not read: its own error says best what is wrong.
+    Lexer::Error const& error = lexer_.errorOf(found);
+    failed_ = true;
+    report(error.kind, spanOf(found), error.message);
+    return;
   }
+  fail<kind>(found, args..., describe(found));
+}
+
+void Parser::unexpected(Token const& found, std::string_view expected) {
+  unexpected<DiagnosticKind::UnexpectedToken>(found, expected);
 }
 
 bool Parser::recovered(std::size_t statementMark) {
@@ -381,15 +382,14 @@ void Parser::parseBody(BodyOf owner) {
     if (isBlockCloser(next.kind)) {
       // A closer that no open block expects.
       take();
-      report(Severity::Error, next.line, next.column,
-             fmt::format("{} without a matching block", describeKind(next.kind)));
+      report<DiagnosticKind::StrayBlockCloser>(spanOf(next), describeKind(next.kind));
       continue;
     }
     Node* node = nullptr;
     if (next.kind == TokenKind::Function) {
       node = parseFunction(false, owner == BodyOf::Function);
     } else if (next.kind == TokenKind::Classdef && owner != BodyOf::File) {
-      fail(next, "'classdef' must begin the file");
+      fail<DiagnosticKind::ClassdefNotFirst>(next);
     } else {
       node = parseStatement();
     }
@@ -403,8 +403,7 @@ void Parser::recover() {
   // Abandon the statement: skip to the end of its line (or a ';'), and forget
   // any context it had opened.
   lexer_.forgetBrackets();
-  inMatrix_ = false;
-  indexDepth_ = 0;
+  brackets_ = {};
   bool first = true;
   while (true) {
     TokenKind const kind = peek().kind;
@@ -429,7 +428,7 @@ void Parser::endStatement() {
   }
   // A block may close on the line of its last statement: `if x, y = 1, end`.
   if (kind == TokenKind::EndOfFile || isBlockCloser(kind)) return;
-  unexpected(peek(), "';', ',' or the end of the line after the statement");
+  unexpected<DiagnosticKind::MissingStatementEnd>(peek());
 }
 
 Parser::Node* Parser::parseStatement() {
@@ -500,7 +499,7 @@ Parser::Node* Parser::parseSimpleStatement() {
       case NodeKind::BraceOperation:
       case NodeKind::DotOperation:
       case NodeKind::DotParenOperation: break;
-      default: fail(peek(), "the left side of '=' must be a variable, or an index or field of one"); return nullptr;
+      default: fail<DiagnosticKind::BadAssignmentTarget>(peek()); return nullptr;
     }
     take();
     Expression* value = parseExpression();
@@ -610,25 +609,26 @@ bool Parser::startsMultiAssignment() {
 Parser::Node* Parser::parseMultiAssignment() {
   Token const open = take();
   std::size_t const outputs = mark();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = true;
-  while (!at(TokenKind::RightBracket)) {
-    if (accept(TokenKind::Comma)) continue;
-    if (at(TokenKind::Tilde) || at(TokenKind::Bang)) {
-      Token const tilde = take();
-      scratch_.push_back(finish(builder_.make<ast::Ignored>(), startOf(tilde)));
-      continue;
+  {
+    // Outputs split at blanks as the elements of a matrix do.
+    BracketScope const matrix(*this, {.inMatrix = true, .indexDepth = brackets_.indexDepth});
+    while (!at(TokenKind::RightBracket)) {
+      if (accept(TokenKind::Comma)) continue;
+      if (at(TokenKind::Tilde) || at(TokenKind::Bang)) {
+        Token const tilde = take();
+        scratch_.push_back(finish(builder_.make<ast::Ignored>(), startOf(tilde)));
+        continue;
+      }
+      Token const first = peek();
+      if (first.kind != TokenKind::Identifier) {
+        unexpected(first, "an output variable");
+        return nullptr;
+      }
+      Expression* target = parsePostfix(identifier(take()), startOf(first));
+      if (failed_) return nullptr;
+      scratch_.push_back(target);
     }
-    Token const first = peek();
-    if (first.kind != TokenKind::Identifier) {
-      unexpected(first, "an output variable");
-      return nullptr;
-    }
-    Expression* target = parsePostfix(identifier(take()), startOf(first));
-    if (failed_) return nullptr;
-    scratch_.push_back(target);
   }
-  inMatrix_ = savedMatrix;
   take();
   expect(TokenKind::Assign, "after the outputs");
   if (failed_) return nullptr;
@@ -661,9 +661,8 @@ void Parser::expectEnd(Token const& opener) {
   // A missing 'end' closes the construct where it stands, without throwing,
   // so that what follows is parsed as it is.
   Token const& found = peek();
-  report(Severity::Error, found.line, found.column,
-         fmt::format("expected 'end' to close the {} at line {}, column {} but found {}", describeKind(opener.kind),
-                     opener.line, opener.column, describe(found)));
+  report<DiagnosticKind::MissingEnd>(spanOf(found), describeKind(opener.kind), opener.line, opener.column,
+                                     describe(found));
 }
 
 Parser::Node* Parser::parseIf() {
@@ -872,28 +871,34 @@ lf::astapi::NodeList<ast::InputArgument> Parser::parseParameters() {
   return listFrom<ast::InputArgument>(inputs);
 }
 
-bool Parser::parseFunctionHeader(FunctionHeader& header) {
-  // Outputs: [a, b] = name, o = name, or none.
+lf::astapi::NodeList<ast::Identifier> Parser::parseOutputs(OutputNames names) {
+  // [a, b] = name, o = name, or none.
   std::size_t const outputs = mark();
+  auto output = [this, names](Token const& name) {
+    if (names == OutputNames::Variables) defineVariable(name.text);
+    scratch_.push_back(identifier(name));
+  };
   if (at(TokenKind::LeftBracket)) {
     take();
     while (!at(TokenKind::RightBracket)) {
       if (accept(TokenKind::Comma)) continue;
       Token const name = expect(TokenKind::Identifier, "as an output name");
-      if (failed_) return false;
-      defineVariable(name.text);
-      scratch_.push_back(identifier(name));
+      if (failed_) return {};
+      output(name);
     }
     take();
     expect(TokenKind::Assign, "after the outputs");
-    if (failed_) return false;
+    if (failed_) return {};
   } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
-    Token const name = take();
-    defineVariable(name.text);
-    scratch_.push_back(identifier(name));
+    output(take());
     take();
   }
-  header.outputs = listFrom<ast::Identifier>(outputs);
+  return listFrom<ast::Identifier>(outputs);
+}
+
+bool Parser::parseFunctionHeader(FunctionHeader& header) {
+  header.outputs = parseOutputs(OutputNames::Variables);
+  if (failed_) return false;
   header.name = parseFunctionName();
   if (failed_) return false;
   header.inputs = parseParameters();
@@ -957,7 +962,8 @@ Parser::Node* Parser::parseFunction(bool method, bool nested) {
 
 bool Parser::startsArgumentsBlock() {
   Token const& token = peek();
-  if (token.kind != TokenKind::Identifier || token.text != "arguments") return false;
+  if (token.kind != TokenKind::Identifier) return false;
+  if (contextualKeyword(token.text) != ContextualKeyword::Arguments) return false;
   TokenKind const next = peek(1).kind;
   return next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::Semicolon ||
          next == TokenKind::Comma || next == TokenKind::EndOfFile;
@@ -967,25 +973,25 @@ lf::astapi::NodeList<ast::Attribute> Parser::parseAttributes() {
   std::size_t const attributes = mark();
   if (!at(TokenKind::LeftParen)) return listFrom<ast::Attribute>(attributes);
   take();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = false;
-  while (!at(TokenKind::RightParen)) {
-    skipNewlines();
-    Token const first = peek();
-    bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
-    Token const nameToken = expect(TokenKind::Identifier, "as an attribute name");
-    if (failed_) return {};
-    ast::Identifier* name = identifier(nameToken);
-    Expression* value = nullptr;
-    if (accept(TokenKind::Assign)) {
-      value = parseExpression();
+  {
+    BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+    while (!at(TokenKind::RightParen)) {
+      skipNewlines();
+      Token const first = peek();
+      bool const negated = accept(TokenKind::Tilde) || accept(TokenKind::Bang);
+      Token const nameToken = expect(TokenKind::Identifier, "as an attribute name");
       if (failed_) return {};
+      ast::Identifier* name = identifier(nameToken);
+      Expression* value = nullptr;
+      if (accept(TokenKind::Assign)) {
+        value = parseExpression();
+        if (failed_) return {};
+      }
+      scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
+      skipNewlines();
+      if (!accept(TokenKind::Comma)) break;
     }
-    scratch_.push_back(finish(builder_.make<ast::Attribute>(name, value, negated), startOf(first)));
-    skipNewlines();
-    if (!accept(TokenKind::Comma)) break;
   }
-  inMatrix_ = savedMatrix;
   expect(TokenKind::RightParen, "to close the attributes");
   return listFrom<ast::Attribute>(attributes);
 }
@@ -1073,17 +1079,17 @@ ast::Validation* Parser::parseValidation() {
   if (at(TokenKind::LeftBrace)) {
     any = true;
     take();
-    bool const savedMatrix = inMatrix_;
-    inMatrix_ = false;
-    while (!at(TokenKind::RightBrace)) {
-      skipNewlines();
-      Expression* validator = parseExpression();
-      if (failed_) return nullptr;
-      scratch_.push_back(validator);
-      skipNewlines();
-      if (!accept(TokenKind::Comma)) break;
+    {
+      BracketScope const braces(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+      while (!at(TokenKind::RightBrace)) {
+        skipNewlines();
+        Expression* validator = parseExpression();
+        if (failed_) return nullptr;
+        scratch_.push_back(validator);
+        skipNewlines();
+        if (!accept(TokenKind::Comma)) break;
+      }
     }
-    inMatrix_ = savedMatrix;
     expect(TokenKind::RightBrace, "to close the validators");
     if (failed_) return nullptr;
   }
@@ -1160,9 +1166,7 @@ Parser::Node* Parser::parseClassdef() {
 }
 
 bool Parser::isClassBlockHead(Token const& token) {
-  if (token.kind != TokenKind::Identifier) return false;
-  std::string_view const word = token.text;
-  return word == "properties" || word == "methods" || word == "events" || word == "enumeration";
+  return token.kind == TokenKind::Identifier && headsClassBlock(contextualKeyword(token.text));
 }
 
 Parser::Node* Parser::skipStrayClassMember() {
@@ -1170,7 +1174,7 @@ Parser::Node* Parser::skipStrayClassMember() {
   // misspelt head, is skipped whole with what it holds, so that one fault
   // gives one error and what follows is read as blocks again.
   Token const stray = peek();
-  unexpected(stray, "'properties', 'methods', 'events', 'enumeration' or 'end' in the class");
+  unexpected<DiagnosticKind::UnexpectedInClass>(stray);
   failed_ = false;
   if (stray.kind == TokenKind::Function) {
     parseFunction(true, false);  // read to its end, and left out
@@ -1216,30 +1220,20 @@ void Parser::skipToEndOfBlock(bool atFunction) {
         break;
       case TokenKind::Semicolon:
       case TokenKind::Comma: nextStartsStatement = brackets == 0; break;
-      case TokenKind::If:
-      case TokenKind::For:
-      case TokenKind::Parfor:
-      case TokenKind::While:
-      case TokenKind::Switch:
-      case TokenKind::Try:
-      case TokenKind::Spmd:
-      case TokenKind::Function:
-      case TokenKind::Classdef:
-        if (brackets == 0) ++blocks;
-        break;
       case TokenKind::End:
         if (brackets == 0) --blocks;
         break;
       case TokenKind::Identifier:
         // The words that head blocks in classes and functions, alone on
         // their line or before their attributes.
-        if (statementStart && brackets == 0 &&
-            (isClassBlockHead(token) || token.text == "arguments")) {
+        if (statementStart && brackets == 0 && contextualKeyword(token.text) != ContextualKeyword::None) {
           TokenKind const next = peek(1).kind;
           if (next == TokenKind::Newline || next == TokenKind::LeftParen || next == TokenKind::EndOfFile) ++blocks;
         }
         break;
-      default: break;
+      default:
+        if (opensBlock(kind) && brackets == 0) ++blocks;
+        break;
     }
     statementStart = nextStartsStatement;
     take();
@@ -1249,7 +1243,7 @@ void Parser::skipToEndOfBlock(bool atFunction) {
 
 Parser::Node* Parser::parseClassBlock() {
   Token const keyword = take();
-  std::string_view const kind = keyword.text;
+  ContextualKeyword const block = contextualKeyword(keyword.text);
   // A fault in the attributes costs the rest of the line; the members are
   // read as usual.
   std::size_t const head = mark();
@@ -1264,26 +1258,26 @@ Parser::Node* Parser::parseClassBlock() {
   while (true) {
     while (at(TokenKind::Newline) || at(TokenKind::Semicolon) || at(TokenKind::Comma)) take();
     // `end(obj, k, n)` declares a method named end; a plain `end` closes the block.
-    bool const endMethod = kind == "methods" && at(TokenKind::End) && peek(1).kind == TokenKind::LeftParen &&
-                           !peek(1).spaceBefore;
+    bool const endMethod = block == ContextualKeyword::Methods && at(TokenKind::End) &&
+                           peek(1).kind == TokenKind::LeftParen && !peek(1).spaceBefore;
     if ((at(TokenKind::End) && !endMethod) || at(TokenKind::EndOfFile)) break;
     std::size_t const entry = mark();
     Node* member = nullptr;
-    bool const definition = kind == "methods" && at(TokenKind::Function);
-    if (kind == "properties") {
+    bool const definition = block == ContextualKeyword::Methods && at(TokenKind::Function);
+    if (block == ContextualKeyword::Properties) {
       member = parseProperty();
     } else if (definition) {
       member = parseFunction(true, false);  // ends with its 'end'
-    } else if (kind == "methods") {
+    } else if (block == ContextualKeyword::Methods) {
       member = parseMethodDeclaration();
-    } else if (kind == "events") {
+    } else if (block == ContextualKeyword::Events) {
       Token const name = expect(TokenKind::Identifier, "as an event name");
       if (!failed_) member = finish(builder_.make<ast::Event>(identifier(name)), startOf(name));
     } else {
       member = parseEnumerator();
     }
     if (!failed_ && !definition) endStatement();
-    if (failed_ && kind == "methods") {
+    if (failed_ && block == ContextualKeyword::Methods) {
       // A line of a methods block that is no method: most likely the body of
       // a method whose function line is missing. Skip to the next method or
       // to the end of the block, rather than report each line of that body.
@@ -1298,11 +1292,11 @@ Parser::Node* Parser::parseClassBlock() {
   }
   Position const first = startOf(keyword);
   Node* node = nullptr;
-  if (kind == "properties") {
+  if (block == ContextualKeyword::Properties) {
     node = builder_.make<ast::PropertiesBlock>(attributes, listFrom<ast::Property>(members));
-  } else if (kind == "methods") {
+  } else if (block == ContextualKeyword::Methods) {
     node = builder_.make<ast::MethodsBlock>(attributes, listFrom<ast::Method>(members));
-  } else if (kind == "events") {
+  } else if (block == ContextualKeyword::Events) {
     node = builder_.make<ast::EventsBlock>(attributes, listFrom<ast::Event>(members));
   } else {
     node = builder_.make<ast::EnumerationBlock>(attributes, listFrom<ast::Enumerator>(members));
@@ -1338,23 +1332,8 @@ ast::Enumerator* Parser::parseEnumerator() {
 
 Parser::Node* Parser::parseMethodDeclaration() {
   Token const first = peek();
-  std::size_t const outputs = mark();
-  if (at(TokenKind::LeftBracket)) {
-    take();
-    while (!at(TokenKind::RightBracket)) {
-      if (accept(TokenKind::Comma)) continue;
-      Token const output = expect(TokenKind::Identifier, "as an output name");
-      if (failed_) return nullptr;
-      scratch_.push_back(identifier(output));
-    }
-    take();
-    expect(TokenKind::Assign, "after the outputs");
-    if (failed_) return nullptr;
-  } else if (at(TokenKind::Identifier) && peek(1).kind == TokenKind::Assign) {
-    scratch_.push_back(identifier(take()));
-    take();
-  }
-  auto outputList = listFrom<ast::Identifier>(outputs);
+  auto outputList = parseOutputs(OutputNames::Declared);
+  if (failed_) return nullptr;
   ast::Identifier* name = parseFunctionName();
   if (failed_) return nullptr;
   auto inputList = parseParameters();
@@ -1375,14 +1354,17 @@ bool Parser::chainLink(int& height, int childHeight, Token const& link) {
   height = 1 + std::max(height, childHeight);
   if (depth_ + height <= maxNestingDepth) return true;
   // Name what made it deep: the chain, or the nesting around it.
-  fail(link, fmt::format("{} deeper than {} levels", height > depth_ ? "expression chain is nested" : "nesting is",
-                         maxNestingDepth));
+  if (height > depth_) {
+    fail<DiagnosticKind::ChainTooDeep>(link, maxNestingDepth);
+  } else {
+    fail<DiagnosticKind::NestingTooDeep>(link, maxNestingDepth);
+  }
   return false;
 }
 
 bool Parser::splitsMatrixElement(Token const& op) {
   // In [a -b] the blank before the sign and none after it start a new element.
-  if (!inMatrix_ || !op.spaceBefore) return false;
+  if (!brackets_.inMatrix || !op.spaceBefore) return false;
   if (op.kind != TokenKind::Plus && op.kind != TokenKind::Minus) return false;
   return !peek(1).spaceBefore;
 }
@@ -1481,7 +1463,8 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
     Token const& next = peek();
     // In a matrix, a blank before ( or { starts a new element: [f (1)]. A
     // dot cannot start an element, so `[h(n) .Label]` is one.
-    if (inMatrix_ && next.spaceBefore && (next.kind == TokenKind::LeftParen || next.kind == TokenKind::LeftBrace)) {
+    if (brackets_.inMatrix && next.spaceBefore &&
+        (next.kind == TokenKind::LeftParen || next.kind == TokenKind::LeftBrace)) {
       break;
     }
     if (next.kind != TokenKind::LeftParen && next.kind != TokenKind::LeftBrace && next.kind != TokenKind::Dot &&
@@ -1506,11 +1489,12 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
         take();
         if (at(TokenKind::LeftParen)) {
           take();
-          bool const savedMatrix = inMatrix_;
-          inMatrix_ = false;
-          Expression* name = parseExpression();
-          if (failed_) return nullptr;
-          inMatrix_ = savedMatrix;
+          Expression* name = nullptr;
+          {
+            BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+            name = parseExpression();
+            if (failed_) return nullptr;
+          }
           expect(TokenKind::RightParen, "to close the dynamic field");
           if (failed_ || !chainLink(height, height_, token)) return nullptr;
           result = finish(builder_.make<ast::DotParenOperation>(result, name), first);
@@ -1553,43 +1537,40 @@ Parser::Expression* Parser::parsePostfix(Expression* base, Position first) {
 
 void Parser::parseArguments(TokenKind close) {
   Token const open = take();
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = false;
-  ++indexDepth_;
   int height = 0;
-  // A line end inside parentheses or braces ends the statement: lines go on
-  // only with a continuation.
-  while (!at(close)) {
-    Token const token = peek();
-    if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
-      take();
-      scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
-      height = std::max(height, 1);
-    } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
-      // Name=value at the end of an argument list. The argument is a level
-      // of its own above the value.
-      Depth depth(*this);
-      if (failed_) return;
-      take();
-      ast::Field* name = field(token);
-      take();
-      Expression* value = parseExpression();
-      if (failed_) return;
-      scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
-      height = std::max(height, 1 + std::max(1, height_));
-    } else {
-      Expression* argument = parseExpression();
-      if (failed_) return;
-      scratch_.push_back(argument);
-      height = std::max(height, height_);
+  {
+    BracketScope const index(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth + 1});
+    // A line end inside parentheses or braces ends the statement: lines go on
+    // only with a continuation.
+    while (!at(close)) {
+      Token const token = peek();
+      if (token.kind == TokenKind::Colon && (peek(1).kind == close || peek(1).kind == TokenKind::Comma)) {
+        take();
+        scratch_.push_back(finish(builder_.make<ast::ColonIndex>(), startOf(token)));
+        height = std::max(height, 1);
+      } else if (token.kind == TokenKind::Identifier && peek(1).kind == TokenKind::Assign) {
+        // Name=value at the end of an argument list. The argument is a level
+        // of its own above the value.
+        Depth depth(*this);
+        if (failed_) return;
+        take();
+        ast::Field* name = field(token);
+        take();
+        Expression* value = parseExpression();
+        if (failed_) return;
+        scratch_.push_back(finish(builder_.make<ast::NamedArgument>(name, value), startOf(token)));
+        height = std::max(height, 1 + std::max(1, height_));
+      } else {
+        Expression* argument = parseExpression();
+        if (failed_) return;
+        scratch_.push_back(argument);
+        height = std::max(height, height_);
+      }
+      if (!accept(TokenKind::Comma)) break;
     }
-    if (!accept(TokenKind::Comma)) break;
   }
-  --indexDepth_;
-  inMatrix_ = savedMatrix;
   if (!at(close)) {
-    unexpected(peek(), fmt::format("{} or ',' in the argument list that starts at line {}, column {}",
-                                   describeKind(close), open.line, open.column));
+    unexpected<DiagnosticKind::UnclosedArgumentList>(peek(), describeKind(close), open.line, open.column);
     return;
   }
   take();
@@ -1601,8 +1582,7 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
   if (failed_) return nullptr;
   Token const open = take();
   TokenKind const close = cell ? TokenKind::RightBrace : TokenKind::RightBracket;
-  bool const savedMatrix = inMatrix_;
-  inMatrix_ = true;
+  BracketScope const matrix(*this, {.inMatrix = true, .indexDepth = brackets_.indexDepth});
   std::size_t const rows = mark();
   std::size_t elements = mark();
   Position rowStart{};
@@ -1626,8 +1606,8 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
       continue;
     }
     if (!startsExpression(token.kind)) {
-      unexpected(token, fmt::format("{} to close the {} that starts at line {}, column {}", describeKind(close),
-                                    cell ? "cell array" : "matrix", open.line, open.column));
+      unexpected<DiagnosticKind::UnclosedMatrix>(token, describeKind(close), cell ? "cell array" : "matrix", open.line,
+                                                 open.column);
       return nullptr;
     }
     if (mark() == elements) rowStart = startOf(token);
@@ -1637,7 +1617,6 @@ Parser::Expression* Parser::parseMatrix(bool cell) {
     height = std::max(height, 2 + height_);
   }
   endRow();
-  inMatrix_ = savedMatrix;
   take();
   auto rowList = listFrom<ast::Row>(rows);
   Expression* node = cell ? static_cast<Expression*>(builder_.make<ast::CellArray>(rowList))
@@ -1650,14 +1629,13 @@ Parser::Expression* Parser::parseAnonymousFunction(Position first) {
   ScopeGuard scope(*this, true);
   auto inputs = parseParameters();
   if (failed_) return nullptr;
-  bool const savedMatrix = inMatrix_;
-  int const savedIndex = indexDepth_;
-  inMatrix_ = false;
-  indexDepth_ = 0;
-  Expression* body = parseExpression();
-  if (failed_) return nullptr;
-  inMatrix_ = savedMatrix;
-  indexDepth_ = savedIndex;
+  Expression* body = nullptr;
+  {
+    // The body stands alone: `end` in it is no index's end.
+    BracketScope const standalone(*this, {.inMatrix = false, .indexDepth = 0});
+    body = parseExpression();
+    if (failed_) return nullptr;
+  }
   // Inputs are an identifier in an InputArgument.
   height_ = 1 + std::max(inputs.empty() ? 0 : 2, height_);
   return finish(builder_.make<ast::AnonymousFunction>(inputs, body), first);
@@ -1674,13 +1652,14 @@ Parser::Expression* Parser::parsePrimary() {
       Depth depth(*this);
       if (failed_) return nullptr;
       take();
-      bool const savedMatrix = inMatrix_;
-      inMatrix_ = false;
-      Expression* inner = parseExpression();
-      if (failed_) return nullptr;
-      inMatrix_ = savedMatrix;
+      Expression* inner = nullptr;
+      {
+        BracketScope const parentheses(*this, {.inMatrix = false, .indexDepth = brackets_.indexDepth});
+        inner = parseExpression();
+        if (failed_) return nullptr;
+      }
       if (!at(TokenKind::RightParen)) {
-        unexpected(peek(), fmt::format("')' to close the '(' at line {}, column {}", token.line, token.column));
+        unexpected<DiagnosticKind::UnclosedParenthesis>(peek(), token.line, token.column);
         return nullptr;
       }
       take();
@@ -1711,14 +1690,14 @@ Parser::Expression* Parser::parsePrimary() {
       return finish(builder_.make<ast::UnaryOperation>(UnaryOperator::Metaclass, name), startOf(token));
     }
     case TokenKind::End:
-      if (indexDepth_ > 0) {
+      if (brackets_.indexDepth > 0) {
         take();
         height_ = 1;
         return finish(builder_.make<ast::EndIndex>(), startOf(token));
       }
       break;
     case TokenKind::Colon:
-      if (indexDepth_ > 0) {
+      if (brackets_.indexDepth > 0) {
         take();
         height_ = 1;
         return finish(builder_.make<ast::ColonIndex>(), startOf(token));
@@ -1741,70 +1720,13 @@ Parser::Expression* Parser::literal(Token const& token) {
 }
 
 Parser::Expression* Parser::number(Token const& token) {
-  std::string_view spelled = token.text;
-  NumericValue value = 0.0;
-  bool const prefixed = spelled.size() > 2 && spelled[0] == '0' &&
-                        (spelled[1] == 'x' || spelled[1] == 'X' || spelled[1] == 'b' || spelled[1] == 'B');
-  if (prefixed) {
-    int const base = (spelled[1] == 'x' || spelled[1] == 'X') ? 16 : 2;
-    std::string_view digits = spelled.substr(2);
-    std::string_view suffix;
-    if (std::size_t const s = digits.find_first_of("us"); s != std::string_view::npos) {
-      suffix = digits.substr(s);
-      digits = digits.substr(0, s);
-    }
-    std::uint64_t raw = 0;
-    auto const [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), raw, base);
-    (void)end;
-    if (status == std::errc::result_out_of_range) {
-      fail(token, "number does not fit in 64 bits");
-      return nullptr;
-    }
-    int const bits = suffix.empty() ? 0 : std::stoi(std::string(suffix.substr(1)));
-    bool const isSigned = !suffix.empty() && suffix[0] == 's';
-    // Without a suffix the literal takes the smallest unsigned type that holds it.
-    int const width = bits != 0 ? bits : raw <= 0xFF ? 8 : raw <= 0xFFFF ? 16 : raw <= 0xFFFFFFFF ? 32 : 64;
-    if (width < 64 && raw >> width != 0) {
-      fail(token, fmt::format("number does not fit in {} bits", width));
-      return nullptr;
-    }
-    // A signed literal is the two's complement of its bits.
-    switch (width) {
-      case 8:
-        value = isSigned ? NumericValue(static_cast<std::int8_t>(raw)) : NumericValue(static_cast<std::uint8_t>(raw));
-        break;
-      case 16:
-        value = isSigned ? NumericValue(static_cast<std::int16_t>(raw)) : NumericValue(static_cast<std::uint16_t>(raw));
-        break;
-      case 32:
-        value = isSigned ? NumericValue(static_cast<std::int32_t>(raw)) : NumericValue(static_cast<std::uint32_t>(raw));
-        break;
-      default: value = isSigned ? NumericValue(static_cast<std::int64_t>(raw)) : NumericValue(raw); break;
-    }
-  } else {
-    bool imaginary = false;
-    char const lastChar = spelled.back();
-    if (lastChar == 'i' || lastChar == 'j' || lastChar == 'I' || lastChar == 'J') {
-      imaginary = true;
-      spelled.remove_suffix(1);
-    }
-    // An exponent may be written with d or D; from_chars wants e.
-    std::string normalized;
-    if (spelled.find_first_of("dD") != std::string_view::npos) {
-      normalized.assign(spelled);
-      for (char& c : normalized) {
-        if (c == 'd' || c == 'D') c = 'e';
-      }
-      spelled = normalized;
-    }
-    double parsed = 0.0;
-    auto const [end, status] = std::from_chars(spelled.data(), spelled.data() + spelled.size(), parsed);
-    (void)end;
-    if (status == std::errc::result_out_of_range) parsed = std::numeric_limits<double>::infinity();
-    value = imaginary ? NumericValue(lf::astapi::ImaginaryDouble{parsed}) : NumericValue(parsed);
+  NumberValue const number = evaluateNumber(token.text);
+  if (number.overflowBits != 0) {
+    fail<DiagnosticKind::NumberTooLarge>(token, number.overflowBits);
+    return nullptr;
   }
   height_ = 1;
-  auto* node = builder_.make<ast::NumberLiteral>(value, text(token.text));
+  auto* node = builder_.make<ast::NumberLiteral>(number.value, text(token.text));
   node->setSourceRange({startOf(token), lastOf(token)});
   return node;
 }

@@ -1,5 +1,10 @@
 #pragma once
 
+// The parser's external interface is `frontend::parse` (frontend/parse.hpp)
+// and nothing else: it decodes the file, chooses how its functions end, and
+// may parse twice to find out. The Parser class below is how `parse` does its
+// work; only the front end (and tests of its parts) uses it directly.
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -63,20 +68,47 @@ class Parser {
   bool at(TokenKind kind) { return peek().kind == kind; }
   bool accept(TokenKind kind);
   Token expect(TokenKind kind, std::string_view context);
-  /// Reports a syntax error and marks the parser failed.
-  void fail(Token const& token, std::string message);
-  void unexpected(Token const& token, std::string_view expected);
+  /// Reports a syntax error of `kind` at `token` and marks the parser failed,
+  /// unless it failed already: only the first fault of a statement is
+  /// reported.
+  template <DiagnosticKind kind, class... Args>
+  void fail(Token const& token, Args const&... args);
+  /// Fails at `found`, found where something else was expected: with the
+  /// lexer's own error for text it could not read, else with `kind`, whose
+  /// message ends with what was found.
+  template <DiagnosticKind kind, class... Args>
+  void unexpected(Token const& found, Args const&... args);
+  /// "expected <expected> but found ...".
+  void unexpected(Token const& found, std::string_view expected);
   /// After a statement or member that started at `statementMark` on the
   /// scratch stack: when it failed, drops what it left there, skips the rest
   /// of its line, clears the mark and says true.
   bool recovered(std::size_t statementMark);
-  void report(Severity severity, std::uint32_t line, std::uint32_t column, std::string message);
+  /// Reports a diagnostic, and stops the file with a last one when it is an
+  /// error past the most a file may have.
+  void report(DiagnosticKind kind, SourceSpan const& span, std::string message);
+  template <DiagnosticKind kind, class... Args>
+  void report(SourceSpan const& span, Args const&... args);
+  /// The range of a diagnostic at `token`.
+  SourceSpan spanOf(Token const& token) const;
   std::string describe(Token const& token) const;
   void skipNewlines();
 
   // Positions and ranges.
   Position startOf(Token const& token) const { return {token.offset, token.line, token.column}; }
-  Position lastOf(Token const& token) const;
+  // Asked for every token taken: inline.
+  Position lastOf(Token const& token) const {
+    std::uint32_t characters = static_cast<std::uint32_t>(token.text.size());
+    if (!token.ascii) {
+      characters = 0;
+      for (char c : token.text) {
+        if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+      }
+    }
+    std::uint32_t const length = static_cast<std::uint32_t>(token.text.size());
+    return {token.offset + (length > 0 ? length - 1 : 0), token.line,
+            token.column + (characters > 0 ? characters - 1 : 0)};
+  }
   template <class T>
   T* finish(T* node, Position first) {
     node->setSourceRange({first, lastEnd_});
@@ -125,6 +157,12 @@ class Parser {
     ca::ast::Identifier* name = nullptr;
     lf::astapi::NodeList<ca::ast::InputArgument> inputs;
   };
+  // Whether the outputs of a function are its variables, or only declared
+  // (by a method declaration, which has no body).
+  enum class OutputNames : std::uint8_t { Variables, Declared };
+  /// The outputs before a function's or method's name: `[a, b] =`, `o =` or
+  /// none. Empty when it failed, leaving what it read on the scratch stack.
+  lf::astapi::NodeList<ca::ast::Identifier> parseOutputs(OutputNames names);
   /// Reads `function`'s line after the keyword, up to its end; false when it
   /// failed.
   bool parseFunctionHeader(FunctionHeader& header);
@@ -188,6 +226,28 @@ class Parser {
   void defineTarget(Expression const* target);
   bool isVariable(std::string_view name);
 
+  // The context of the brackets around an expression: in a matrix or cell
+  // elements split at blanks, and inside an index `end` is the index's end.
+  struct BracketContext {
+    bool inMatrix = false;
+    int indexDepth = 0;
+  };
+  // Puts a context in place for as long as it lives, and the one before back
+  // on every way out, early returns after an error included.
+  class BracketScope {
+   public:
+    BracketScope(Parser& parser, BracketContext context) : parser_(parser), saved_(parser.brackets_) {
+      parser_.brackets_ = context;
+    }
+    BracketScope(BracketScope const&) = delete;
+    BracketScope& operator=(BracketScope const&) = delete;
+    ~BracketScope() { parser_.brackets_ = saved_; }
+
+   private:
+    Parser& parser_;
+    BracketContext saved_;
+  };
+
   // One level of nesting, for as long as it lives; when the limit is
   // reached it reports so and leaves the parser failed.
   struct Depth {
@@ -235,10 +295,7 @@ class Parser {
   std::vector<Scope> scopes_;
   int depth_ = 0;
   int height_ = 0;
-  // Expression context: elements of a matrix or cell split at blanks, and
-  // `end` inside an index is the index's end.
-  bool inMatrix_ = false;
-  int indexDepth_ = 0;
+  BracketContext brackets_;
 };
 
 }  // namespace frontend

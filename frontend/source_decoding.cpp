@@ -1,6 +1,5 @@
 #include "frontend/source_decoding.hpp"
 
-#include <fmt/format.h>
 #include <unicode/ucnv.h>
 #include <unicode/utf8.h>
 
@@ -10,6 +9,9 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+
+#include "frontend/diagnostic_message.hpp"
+#include "frontend/size_text.hpp"
 
 namespace frontend {
 
@@ -78,16 +80,18 @@ using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
 Converter openConverter(char const* name, UErrorCode& status) { return {ucnv_open(name, &status), &ucnv_close}; }
 
-// Converts `bytes` to UTF-8, or says why it could not. ICU's streaming
+// Converts `bytes` to UTF-8, or adds to `diagnostics` why it could not. ICU's streaming
 // conversion works through pointers, not 32-bit lengths, so a file of any
 // size up to `maxSourceBytes` converts; bytes that do not decode become
 // U+FFFD.
-std::optional<std::string> convertToUtf8(std::string_view bytes, SourceEncoding from, std::string& failure) {
+std::optional<std::string> convertToUtf8(std::string_view bytes, SourceEncoding from, std::string const& file,
+                                         std::vector<Diagnostic>& diagnostics) {
   UErrorCode status = U_ZERO_ERROR;
   Converter source = openConverter(converterName(from), status);
   Converter target = openConverter("UTF-8", status);
   if (U_FAILURE(status)) {
-    failure = fmt::format("no {} converter available ({})", converterName(from), u_errorName(status));
+    diagnostics.push_back(
+        makeFileDiagnostic<DiagnosticKind::NoConverter>(file, converterName(from), u_errorName(status)));
     return std::nullopt;
   }
   // Most text is ASCII: a byte of Windows-1252 is mostly one byte of UTF-8,
@@ -111,28 +115,21 @@ std::optional<std::string> convertToUtf8(std::string_view bytes, SourceEncoding 
     written = out.data() + used;
   }
   if (U_FAILURE(status)) {
-    failure = fmt::format("cannot convert from {} ({})", converterName(from), u_errorName(status));
+    diagnostics.push_back(
+        makeFileDiagnostic<DiagnosticKind::ConversionFailed>(file, converterName(from), u_errorName(status)));
     return std::nullopt;
   }
   out.resize(static_cast<std::size_t>(written - out.data()));
   return out;
 }
 
-std::string encodingWarning(DecodedSource const& decoded) {
-  switch (decoded.encoding) {
-    case SourceEncoding::Windows1252:
-      return fmt::format("file is not valid UTF-8 (first bad byte at offset {}); read as Windows-1252",
-                         *decoded.legacyByteOffset);
-    case SourceEncoding::Utf16LE:
-    case SourceEncoding::Utf16BE: {
-      char const* const name = converterName(decoded.encoding);
-      return decoded.markBytes > 0
-                 ? fmt::format("file starts with a byte-order mark of {}; read as {}", name, name)
-                 : fmt::format("file has no byte-order mark but every other byte is zero; read as {}", name);
-    }
-    case SourceEncoding::Utf8: break;
+Diagnostic encodingWarning(DecodedSource const& decoded, std::string const& file) {
+  if (decoded.encoding == SourceEncoding::Windows1252) {
+    return makeFileDiagnostic<DiagnosticKind::ReadAsWindows1252>(file, *decoded.legacyByteOffset);
   }
-  return {};
+  char const* const name = converterName(decoded.encoding);
+  return decoded.markBytes > 0 ? makeFileDiagnostic<DiagnosticKind::ReadAsMarkedUtf16>(file, name)
+                               : makeFileDiagnostic<DiagnosticKind::ReadAsUnmarkedUtf16>(file, name);
 }
 
 }  // namespace
@@ -140,6 +137,16 @@ std::string encodingWarning(DecodedSource const& decoded) {
 bool DecodedSource::readable() const {
   return std::none_of(diagnostics.begin(), diagnostics.end(),
                       [](Diagnostic const& d) { return d.severity == Severity::Error; });
+}
+
+std::size_t DecodedSource::fileOffsetOf(std::size_t textOffset, std::size_t characters, std::size_t beyondBmp) const {
+  switch (encoding) {
+    case SourceEncoding::Utf8: return markBytes + textOffset;
+    case SourceEncoding::Windows1252: return markBytes + characters;
+    case SourceEncoding::Utf16LE:
+    case SourceEncoding::Utf16BE: break;
+  }
+  return markBytes + 2 * (characters + beyondBmp);
 }
 
 SourcePosition DecodedSource::positionOf(std::size_t textOffset) const {
@@ -160,20 +167,46 @@ SourcePosition DecodedSource::positionOf(std::size_t textOffset) const {
       ++position.column;
     }
   }
-  switch (encoding) {
-    case SourceEncoding::Utf8: position.fileOffset = markBytes + end; break;
-    case SourceEncoding::Windows1252: position.fileOffset = markBytes + characters; break;
-    case SourceEncoding::Utf16LE:
-    case SourceEncoding::Utf16BE: position.fileOffset = markBytes + 2 * (characters + beyondBmp); break;
-  }
+  position.fileOffset = fileOffsetOf(end, characters, beyondBmp);
   return position;
+}
+
+void DecodedSource::placeInFile(std::span<Diagnostic> parsed) const {
+  if (encoding == SourceEncoding::Utf8) {
+    for (Diagnostic& diagnostic : parsed) {
+      diagnostic.span.start.fileOffset += markBytes;
+      diagnostic.span.end.fileOffset += markBytes;
+    }
+    return;
+  }
+  // Converted text: the characters before each offset, counted in one pass
+  // with the offsets in order.
+  std::vector<std::size_t*> offsets;
+  offsets.reserve(2 * parsed.size());
+  for (Diagnostic& diagnostic : parsed) {
+    offsets.push_back(&diagnostic.span.start.fileOffset);
+    offsets.push_back(&diagnostic.span.end.fileOffset);
+  }
+  std::sort(offsets.begin(), offsets.end(), [](std::size_t const* a, std::size_t const* b) { return *a < *b; });
+  std::string_view const all = text();
+  std::size_t i = 0, characters = 0, beyondBmp = 0;
+  for (std::size_t* offset : offsets) {
+    std::size_t const end = std::min(*offset, all.size());
+    for (; i < end; ++i) {
+      auto const byte = static_cast<unsigned char>(all[i]);
+      if ((byte & 0xC0) == 0x80) continue;  // inside a character
+      ++characters;
+      if (byte >= 0xF0) ++beyondBmp;
+    }
+    *offset = fileOffsetOf(end, characters, beyondBmp);
+  }
 }
 
 DecodedSource decodeSource(std::string_view bytes, std::string_view path) {
   DecodedSource decoded;
   std::string const file(path);
   if (bytes.size() > maxSourceBytes) {
-    decoded.diagnostics.push_back({file, 1, 1, Severity::Error, "file is larger than 1 GiB; not parsed"});
+    decoded.diagnostics.push_back(makeFileDiagnostic<DiagnosticKind::SourceTooLarge>(file, sizeText(maxSourceBytes)));
     return decoded;
   }
   constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
@@ -199,20 +232,18 @@ DecodedSource decodeSource(std::string_view bytes, std::string_view path) {
     }
   }
   if (decoded.encoding != SourceEncoding::Utf8) {
-    std::string failure;
-    auto converted = convertToUtf8(bytes, decoded.encoding, failure);
-    if (!converted) {
-      decoded.diagnostics.push_back({file, 1, 1, Severity::Error, failure});
-      return decoded;
-    }
+    auto converted = convertToUtf8(bytes, decoded.encoding, file, decoded.diagnostics);
+    if (!converted) return decoded;
     decoded.converted = std::move(*converted);
-    decoded.diagnostics.push_back({file, 1, 1, Severity::Warning, encodingWarning(decoded)});
+    decoded.diagnostics.push_back(encodingWarning(decoded, file));
   }
   if (std::size_t const nul = decoded.text().find('\0'); nul != std::string_view::npos) {
     SourcePosition const at = decoded.positionOf(nul);
-    decoded.diagnostics.push_back(
-        {file, at.line, at.column, Severity::Error,
-         fmt::format("file holds a NUL byte at offset {}; it is not source text", at.fileOffset)});
+    // The NUL is one character, of one byte in the file or of two in UTF-16.
+    std::size_t const bytesOfNul =
+        decoded.encoding == SourceEncoding::Utf16LE || decoded.encoding == SourceEncoding::Utf16BE ? 2 : 1;
+    SourcePosition const after{at.fileOffset + bytesOfNul, at.line, at.column + 1};
+    decoded.diagnostics.push_back(makeDiagnostic<DiagnosticKind::NulInFile>(file, {at, after}, at.fileOffset));
   }
   return decoded;
 }

@@ -3,28 +3,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "frontend/diagnostic.hpp"
+#include "frontend/limits.hpp"
+#include "frontend/source_span.hpp"
 
 namespace frontend {
 
-/// The largest source file that is decoded (and parsed): 1 GiB. Converted to
-/// UTF-8 a file this size still fits the lexer's 32-bit offsets, and the
-/// UTF-8 check's 32-bit indices.
-inline constexpr std::size_t maxSourceBytes = std::size_t{1} << 30;
-
 /// The encoding a file was read in.
 enum class SourceEncoding : std::uint8_t { Utf8, Windows1252, Utf16LE, Utf16BE };
-
-/// A place in a file as a reader of the file counts it.
-struct SourcePosition {
-  std::size_t fileOffset = 0;  // in bytes of the file, byte-order mark included
-  std::uint32_t line = 1;      // 1-based; lines end at LF, CR LF or a lone CR, as the lexer reads them
-  std::uint32_t column = 1;    // 1-based, in characters
-};
 
 /// Source text as the lexer reads it: UTF-8 without a byte-order mark. Valid
 /// UTF-8 is not copied: the text then views the bytes given to `decodeSource`,
@@ -49,6 +40,16 @@ struct DecodedSource {
 
   /// Where the byte at `textOffset` of `text()` stands in the file.
   SourcePosition positionOf(std::size_t textOffset) const;
+
+  /// Moves the ranges of the diagnostics `parsed` from `text()` to the file's own
+  /// offsets, which differ after a byte-order mark or a conversion; lines and
+  /// columns are the same in both. One pass over the text for all of them.
+  void placeInFile(std::span<Diagnostic> parsed) const;
+
+ private:
+  /// The file offset of the byte at `textOffset` of `text()`, after
+  /// `characters` characters of which `beyondBmp` lie beyond the first plane.
+  std::size_t fileOffsetOf(std::size_t textOffset, std::size_t characters, std::size_t beyondBmp) const;
 };
 
 /// Skips a byte-order mark and decodes the rest: UTF-16 (with a byte-order

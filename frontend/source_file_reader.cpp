@@ -1,7 +1,6 @@
 #include "frontend/source_file_reader.hpp"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,17 +9,18 @@
 #include <cstring>
 #include <system_error>
 
+#include "frontend/diagnostic_message.hpp"
+#include "frontend/size_text.hpp"
+
 namespace frontend {
 
 namespace {
 
 std::string systemReason(int error) { return std::error_code(error, std::system_category()).message(); }
 
-std::string sizeText(std::size_t bytes) {
-  constexpr std::size_t mebibyte = std::size_t{1} << 20, gibibyte = std::size_t{1} << 30;
-  if (bytes >= gibibyte && bytes % gibibyte == 0) return fmt::format("{} GiB", bytes / gibibyte);
-  if (bytes >= mebibyte && bytes % mebibyte == 0) return fmt::format("{} MiB", bytes / mebibyte);
-  return fmt::format("{} bytes", bytes);
+template <DiagnosticKind kind, class... Args>
+SourceFileReader::Result failure(Args const&... args) {
+  return {{}, diagnosticMessage<kind>(args...), kind};
 }
 
 char const* kindOf(mode_t mode) {
@@ -48,6 +48,10 @@ class OpenFile {
 
 }  // namespace
 
+Diagnostic SourceFileReader::Result::diagnostic(std::string path) const {
+  return makeDiagnostic(errorKind, std::move(path), wholeFileSpan(DiagnosticExtent::Path), error);
+}
+
 void SourceFileReader::reserve(std::size_t bytes, std::size_t keep) {
   if (bytes <= capacity_) return;
   auto grown = std::make_unique_for_overwrite<char[]>(bytes);
@@ -63,30 +67,28 @@ SourceFileReader::Result SourceFileReader::read(char const* path) {
   do {
     descriptor = ::open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   } while (descriptor < 0 && errno == EINTR);
-  if (descriptor < 0) return {{}, "cannot open: " + systemReason(errno)};
+  if (descriptor < 0) return failure<DiagnosticKind::CannotOpen>(systemReason(errno));
   OpenFile const file(descriptor);
 
   struct stat status {};
-  if (::fstat(file.get(), &status) != 0) return {{}, "cannot read: " + systemReason(errno)};
-  if (S_ISDIR(status.st_mode)) return {{}, "is a folder, not a file"};
-  if (!S_ISREG(status.st_mode)) return {{}, fmt::format("is {}, not a regular file; not read", kindOf(status.st_mode))};
+  if (::fstat(file.get(), &status) != 0) return failure<DiagnosticKind::CannotRead>(systemReason(errno));
+  if (S_ISDIR(status.st_mode)) return failure<DiagnosticKind::IsAFolder>();
+  if (!S_ISREG(status.st_mode)) return failure<DiagnosticKind::NotARegularFile>(kindOf(status.st_mode));
   auto const size = static_cast<std::size_t>(status.st_size);
-  if (size > maxBytes_) {
-    return {{}, fmt::format("file is larger than {} ({} bytes); not read", sizeText(maxBytes_), size)};
-  }
+  if (size > maxBytes_) return failure<DiagnosticKind::FileTooLarge>(sizeText(maxBytes_), size);
 
   // One byte more than the size, to see a file that grew in one read.
   reserve(size + 1, 0);
   std::size_t total = 0;
   for (;;) {
     if (total == capacity_) {
-      if (total > maxBytes_) return {{}, fmt::format("file grew larger than {} while read; not read", sizeText(maxBytes_))};
+      if (total > maxBytes_) return failure<DiagnosticKind::FileGrewTooLarge>(sizeText(maxBytes_));
       reserve(std::min(std::max(capacity_ * 2, std::size_t{4096}), maxBytes_ + 1), total);
     }
     ssize_t const count = ::read(file.get(), buffer_.get() + total, capacity_ - total);
     if (count < 0) {
       if (errno == EINTR) continue;
-      return {{}, "cannot read: " + systemReason(errno)};
+      return failure<DiagnosticKind::CannotRead>(systemReason(errno));
     }
     if (count == 0) break;
     total += static_cast<std::size_t>(count);

@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "frontend/source_decoding.hpp"
+#include "frontend/diagnostic.hpp"
+#include "frontend/limits.hpp"
 
 namespace frontend {
 
@@ -24,8 +25,11 @@ class SourceFileReader {
   struct Result {
     std::string_view bytes;
     std::string error;
+    DiagnosticKind errorKind = DiagnosticKind::CannotOpen;  // the kind of `error`
 
     bool ok() const { return error.empty(); }
+    /// The error as a diagnostic about `path`, which has no place in it.
+    Diagnostic diagnostic(std::string path) const;
   };
 
   Result read(char const* path);

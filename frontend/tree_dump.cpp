@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "frontend/limits.hpp"
 #include "platform/i18n/i18n.hpp"
 
 namespace frontend {
@@ -47,11 +48,6 @@ std::string leafText(ast::Node const& node) {
     }
   });
 }
-
-// Lines of the indented layout move right two spaces a level down to this
-// depth and no further, so that a deep tree gives output linear in its size;
-// a deeper line is marked with its depth instead.
-constexpr std::size_t maxIndentedDepth = 64;
 
 // Writes a tree with an explicit stack rather than by recursion: the depth of
 // a tree follows its input, the depth of the call stack must not.
@@ -113,8 +109,8 @@ class Dumper {
 
   void newLine(std::size_t depth) {
     out_ += '\n';
-    out_.append(std::min(depth, maxIndentedDepth) * 2, ' ');
-    if (depth > maxIndentedDepth) {
+    out_.append(std::min(depth, maxDumpIndentDepth) * 2, ' ');
+    if (depth > maxDumpIndentDepth) {
       out_ += '[';
       out_ += std::to_string(depth);
       out_ += "] ";

@@ -16,9 +16,9 @@ enum class DumpLayout { OneLine, Indented };
 ///
 /// Operators stand after the kind, text literals keep their quotes, and `~`
 /// marks a negated attribute. The indented layout puts each node with
-/// children on a line of its own, indented two spaces a level down to 64
-/// levels; a line deeper than that stays at that indentation and starts with
-/// its depth in brackets, `[65] (...)`.
+/// children on a line of its own, indented two spaces a level down to
+/// `maxDumpIndentDepth` (64) levels; a line deeper than that stays at that
+/// indentation and starts with its depth in brackets, `[65] (...)`.
 std::string dumpTree(ca::ast::Node const& node, DumpLayout layout = DumpLayout::OneLine);
 
 }  // namespace frontend

@@ -18,7 +18,7 @@ namespace ca::clients {
 ///
 ///     AnalysisRegistry registry;
 ///     registry.add<ca::controlflow::ControlFlowAnalysis>(
-///         [](AnalysisImpl const& analysis) { return buildControlFlow(*analysis.getProgram()); });
+///         [](AnalysisImpl const& analysis) { return frontend::buildControlFlow(*analysis.getProgram()); });
 ///
 /// Invariants: one factory per id; a registry is not changed once it is
 /// shared with analyses.

@@ -29,8 +29,8 @@ namespace lf::astapi {
 /// Nothing is allocated for a target of up to four parts of each sort.
 ///
 ///     // a(1).b{2}.c = v: head and identifier a, indices 1 and 2, fields b and c
-///     AssignmentTarget<F> const target = getAssignmentTarget(assignment.getLeft());
-///     if (target.identifier != nullptr && target.throughField()) noteFieldWrite(*target.identifier);
+///     AssignmentTarget<ca::astapi::CA> const target = getAssignmentTarget(assignment.getLeft());
+///     assert(target.identifier != nullptr && target.throughField() && target.indices.size() == 2);
 template <class F>
 struct AssignmentTarget {
   template <class T>

@@ -27,10 +27,11 @@ enum class WalkStep : std::uint8_t { Descend, SkipChildren };
 /// each. `State` is handed from each node to its children; the plain walk has
 /// none.
 ///
-///     DescendantWalk<F> walk;
-///     walk.run(*body, [&](Node<F> const& node) {
+///     DescendantWalk<ca::astapi::CA> walk;
+///     std::size_t outsideAnonymousFunctions = 0;
+///     walk.run(program, [&](ast::Node const& node) {
 ///       if (node.getKind() == NodeKind::AnonymousFunction) return WalkStep::SkipChildren;
-///       count(node);
+///       ++outsideAnonymousFunctions;
 ///       return WalkStep::Descend;
 ///     });
 template <class F, class State = std::monostate>
@@ -55,7 +56,10 @@ class DescendantWalk {
   /// parent gave (`rootState` for the root). `visit(node, fromParent)` returns
   /// the state for the node's children, or nothing to skip them.
   ///
-  ///     walk.runWithState(program, 0, [](Node<F> const& node, int depth) -> std::optional<int> {
+  ///     DescendantWalk<ca::astapi::CA, int> depths;
+  ///     int deepest = 0;
+  ///     depths.runWithState(program, 0, [&deepest](ast::Node const&, int depth) -> std::optional<int> {
+  ///       deepest = std::max(deepest, depth);
   ///       return depth + 1;
   ///     });
   template <class Visit>
@@ -88,7 +92,8 @@ class DescendantWalk {
 /// `visit(node)` returns `WalkStep::SkipChildren` to leave what lies below a
 /// node unvisited; a visitor that returns nothing sees every node.
 ///
-///     walkDescendants(*statement, [&](ast::Node const& node) {
+///     std::vector<ast::Identifier const*> names;
+///     walkDescendants(statement, [&](ast::Node const& node) {
 ///       if (node.getKind() == NodeKind::Function) return WalkStep::SkipChildren;
 ///       if (auto const* id = dynCast<ast::Identifier>(node)) names.push_back(id);
 ///       return WalkStep::Descend;

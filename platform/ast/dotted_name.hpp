@@ -30,7 +30,8 @@ struct DottedName {
 /// other expression, nor for a chain with anything else on its left side:
 /// `a(1).b`, `a{1}.b`, `a.(n).b`, `(a).b`, `f().b`. Iterative.
 ///
-///     getDottedName(*call.getFunction())->text   // u"pkg.sub.f" for pkg.sub.f(x)
+///     assert(getDottedName(*call.getFunction())->text == u"pkg.sub.h");  // of pkg.sub.h(x)
+///     assert(!getDottedName(*assignment.getLeft()));                     // a(1).b{2}.c is no name
 template <class F>
 std::optional<DottedName<F>> getDottedName(Expression<F> const& expression) {
   std::vector<Field<F> const*> fields;  // right to left

@@ -15,9 +15,8 @@ namespace lf::astapi {
 /// code that asks for every node of a tree hands the answer down a walk
 /// instead.
 ///
-///     Function<F> const* function = getEnclosing<Function<F>>(statement);         // a method too
-///     auto const* method = dynCast<MethodDefinition<F>>(getEnclosing<Function<F>>(node));
-///     getEnclosing<Function<F>, AnonymousFunction<F>>(node)  // null inside @() ...
+///     ast::Function const* function = getEnclosing<ast::Function>(statement);  // a method too
+///     assert(function != nullptr && (getEnclosing<ast::Function, ast::AnonymousFunction>(inside) == nullptr));
 template <class T, class Boundary = void, class F>
 T const* getEnclosing(Node<F> const& node) noexcept {
   for (Node<F> const* at = node.getParent(); at != nullptr; at = at->getParent()) {

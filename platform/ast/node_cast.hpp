@@ -36,7 +36,8 @@ concept TreeCast = std::is_base_of_v<Node<FlavourOf<From>>, From> && std::is_bas
 /// Whether `node` is of class T: its kind is covered by T (see `coversKind`).
 /// A node whose kind is no kind is of no class below the one it is held as.
 ///
-///     isA<Expression<F>>(*node)   isA<Function<F>>(method)   // true for a method
+///     assert(isA<ast::Expression>(*assignment.getLeft()) && !isA<ast::Identifier>(*assignment.getLeft()));
+///     assert(!isA<ast::Expression>(statement));  // an assignment is a statement
 template <class T, class From>
 requires detail::TreeCast<T, From>
 constexpr bool isA(From const& node) noexcept {
@@ -54,7 +55,7 @@ constexpr bool isA(From const* node) noexcept { return node != nullptr && isA<T>
 
 /// `node` as a T, or null when it is null or of another class.
 ///
-///     Identifier<F> const* name = dynCast<Identifier<F>>(assignment.getLeft());
+///     ast::Identifier const* name = dynCast<ast::Identifier>(assignment.getLeft());  // null: not a name
 template <class T, class From>
 requires detail::TreeCast<T, From> T const* dynCast(From const* node) noexcept {
   return isA<T>(node) ? static_cast<T const*>(node) : nullptr;

@@ -70,8 +70,8 @@ static_assert(classBitsAgreeWithClasses<ca::astapi::CA>(),
 /// Whether nodes of `kind` are of class T: the kind's class is T or derives
 /// from it. One table read.
 ///
-///     coversKind<Expression<F>>(NodeKind::Identifier)   // true
-///     coversKind<Function<F>>(NodeKind::MethodDefinition)  // true: a method is a function
+///     static_assert(coversKind<ast::Expression>(NodeKind::Identifier));
+///     static_assert(coversKind<ast::Function>(NodeKind::MethodDefinition));  // a method is a function
 template <class T>
 constexpr bool coversKind(NodeKind kind) noexcept {
   return detail::coveredKinds<std::remove_cv_t<T>>[static_cast<std::uint8_t>(kind)];
@@ -81,7 +81,8 @@ constexpr bool coversKind(NodeKind kind) noexcept {
 /// `Identifier`, the expression kinds for `Expression`, `{Function,
 /// MethodDeclaration, MethodDefinition}` for `Function`.
 ///
-///     std::set<NodeKind> methods = kindsOfClass<Method<F>>();
+///     std::set<NodeKind> methods = kindsOfClass<ast::Method>();
+///     assert(methods == std::set<NodeKind>({NodeKind::MethodDeclaration, NodeKind::MethodDefinition}));
 template <class T>
 std::set<NodeKind> kindsOfClass() {
   std::set<NodeKind> kinds;

@@ -10,16 +10,26 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <memory>
 #include <set>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "frontend/analysis/control_flow.hpp"
 #include "frontend/analyze.hpp"
 #include "frontend/parse.hpp"
 #include "frontend/tree_dump.hpp"
+#include "platform/analysis/analysis_registry.hpp"
+#include "platform/ast/assignment_target.hpp"
+#include "platform/ast/descendant_walk.hpp"
+#include "platform/ast/dotted_name.hpp"
+#include "platform/ast/enclosing_node.hpp"
+#include "platform/ast/node_cast.hpp"
+#include "platform/ast/node_class.hpp"
 #include "platform/ast/string_id.hpp"
 #include "platform/ast/syntax_tree.hpp"
 #include "platform/i18n/i18n.hpp"
@@ -254,6 +264,97 @@ TEST(DocExamples, TheTree) {
     StringId a(u"plot"), b(u"plot");
     assert(a == b && a.hash() == b.hash());
   }
+}
+
+TEST(DocExamples, TreeQueries) {
+  namespace ast = ca::ast;
+  using namespace lf::astapi;
+  auto parsed = frontend::parse("function r = f(x)\n  g = @() x;\n  a(1).b{2}.c = pkg.sub.h(x);\n  r = g;\nend\n", "f.m");
+  ASSERT_TRUE(parsed.tree != nullptr);
+  ast::Program const& program = *parsed.tree->getProgram();
+  // The nodes the examples ask about: the second statement, the call on its
+  // right side, and
+  // the x inside the anonymous function.
+  ast::Assignment const* second = nullptr;
+  ast::ParenOperation const* found = nullptr;
+  ast::Identifier const* captured = nullptr;
+  int assignments = 0;
+  walkDescendants(program, [&](ast::Node const& node) {
+    if (auto const* a = dynCast<ast::Assignment>(node); a != nullptr && ++assignments == 2) second = a;
+    if (auto const* id = dynCast<ast::Identifier>(node); id != nullptr && isA<ast::AnonymousFunction>(id->getParent())) {
+      captured = id;
+    }
+  });
+  ASSERT_TRUE(second != nullptr && captured != nullptr);
+  found = dynCast<ast::ParenOperation>(second->getRight());
+  ASSERT_TRUE(found != nullptr);
+  ast::Assignment const& assignment = *second;
+  ast::Node const& statement = assignment;
+  ast::ParenOperation const& call = *found;
+  ast::Identifier const& inside = *captured;
+
+  // platform/ast/node_cast.hpp
+  assert(isA<ast::Expression>(*assignment.getLeft()) && !isA<ast::Identifier>(*assignment.getLeft()));
+  assert(!isA<ast::Expression>(statement));  // an assignment is a statement
+  // platform/ast/node_cast.hpp
+  ast::Identifier const* name = dynCast<ast::Identifier>(assignment.getLeft());  // null: not a name
+  EXPECT_EQ(name, nullptr);
+  // platform/ast/node_class.hpp
+  static_assert(coversKind<ast::Expression>(NodeKind::Identifier));
+  static_assert(coversKind<ast::Function>(NodeKind::MethodDefinition));  // a method is a function
+  // platform/ast/node_class.hpp
+  std::set<NodeKind> methods = kindsOfClass<ast::Method>();
+  assert(methods == std::set<NodeKind>({NodeKind::MethodDeclaration, NodeKind::MethodDefinition}));
+  // platform/ast/enclosing_node.hpp
+  ast::Function const* function = getEnclosing<ast::Function>(statement);  // a method too
+  assert(function != nullptr && (getEnclosing<ast::Function, ast::AnonymousFunction>(inside) == nullptr));
+  // platform/ast/dotted_name.hpp
+  assert(getDottedName(*call.getFunction())->text == u"pkg.sub.h");  // of pkg.sub.h(x)
+  assert(!getDottedName(*assignment.getLeft()));                     // a(1).b{2}.c is no name
+  // platform/ast/assignment_target.hpp
+  // a(1).b{2}.c = v: head and identifier a, indices 1 and 2, fields b and c
+  AssignmentTarget<ca::astapi::CA> const target = getAssignmentTarget(assignment.getLeft());
+  assert(target.identifier != nullptr && target.throughField() && target.indices.size() == 2);
+  // platform/ast/descendant_walk.hpp
+  DescendantWalk<ca::astapi::CA> walk;
+  std::size_t outsideAnonymousFunctions = 0;
+  walk.run(program, [&](ast::Node const& node) {
+    if (node.getKind() == NodeKind::AnonymousFunction) return WalkStep::SkipChildren;
+    ++outsideAnonymousFunctions;
+    return WalkStep::Descend;
+  });
+  // platform/ast/descendant_walk.hpp
+  DescendantWalk<ca::astapi::CA, int> depths;
+  int deepest = 0;
+  depths.runWithState(program, 0, [&deepest](ast::Node const&, int depth) -> std::optional<int> {
+    deepest = std::max(deepest, depth);
+    return depth + 1;
+  });
+  // platform/ast/descendant_walk.hpp
+  std::vector<ast::Identifier const*> names;
+  walkDescendants(statement, [&](ast::Node const& node) {
+    if (node.getKind() == NodeKind::Function) return WalkStep::SkipChildren;
+    if (auto const* id = dynCast<ast::Identifier>(node)) names.push_back(id);
+    return WalkStep::Descend;
+  });
+  // a, pkg and x: fields are not identifiers.
+  EXPECT_EQ(names.size(), 3u);
+  EXPECT_GT(deepest, 3);
+  // Everything but the anonymous function and what lies below it.
+  EXPECT_LT(outsideAnonymousFunctions, parsed.tree->getNodeCount() - 1);
+  EXPECT_GT(outsideAnonymousFunctions, 10u);
+}
+
+TEST(DocExamples, AnalysisRegistry) {
+  using namespace ca::clients;
+  // platform/analysis/analysis_registry.hpp
+  AnalysisRegistry registry;
+  registry.add<ca::controlflow::ControlFlowAnalysis>(
+      [](AnalysisImpl const& analysis) { return frontend::buildControlFlow(*analysis.getProgram()); });
+  // One factory per analysis.
+  EXPECT_THROW(registry.add<ca::controlflow::ControlFlowAnalysis>(
+                   [](AnalysisImpl const& analysis) { return frontend::buildControlFlow(*analysis.getProgram()); }),
+               std::logic_error);
 }
 
 TEST(DocExamples, Text) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "frontend/limits.hpp"
 #include "frontend/parse.hpp"
 #include "frontend/tree_dump.hpp"
 #include "tests/support/tree_maker.hpp"
@@ -20,9 +21,12 @@ namespace ast = ca::ast;
 std::size_t indentation(std::string const& line) { return line.find_first_not_of(' '); }
 
 TEST(TreeDump, IndentationStopsAtSixtyFourLevelsAndDeeperLinesShowTheirDepth) {
-  // x = - - ... - 1, a hundred minus signs deep.
+  constexpr std::size_t deepest = frontend::maxDumpIndentDepth;
+  // x = - - ... - 1, a hundred minus signs deep: past the deepest indentation.
+  constexpr std::size_t minuses = 100;
+  static_assert(minuses > deepest + 2);
   std::string source = "x =";
-  for (int i = 0; i < 100; ++i) source += " -";
+  for (std::size_t i = 0; i < minuses; ++i) source += " -";
   source += " 1;\n";
   frontend::ParseResult const parsed = frontend::parse(source, "deep.m");
   ASSERT_FALSE(parsed.hasErrors());
@@ -33,19 +37,20 @@ TEST(TreeDump, IndentationStopsAtSixtyFourLevelsAndDeeperLinesShowTheirDepth) {
   for (std::string line; std::getline(in, line);) lines.push_back(line);
   // Program, Assignment, its target, then a line for each minus: line i
   // holds the minus at depth i - 1. The last holds the number on its line.
-  ASSERT_EQ(lines.size(), 103u);
-  std::size_t deepest = 0;
-  for (std::string const& line : lines) deepest = std::max(deepest, indentation(line));
-  EXPECT_EQ(deepest, 128u);
-  std::string const margin(128, ' ');
-  EXPECT_EQ(lines[64], std::string(126, ' ') + "(UnaryOperation -");
-  EXPECT_EQ(lines[65], margin + "(UnaryOperation -");
-  EXPECT_EQ(lines[66], margin + "[65] (UnaryOperation -");
-  EXPECT_EQ(lines[102], margin + "[101] (UnaryOperation - (NumberLiteral 1)" + std::string(102, ')'));
+  ASSERT_EQ(lines.size(), minuses + 3);
+  std::size_t widest = 0;
+  for (std::string const& line : lines) widest = std::max(widest, indentation(line));
+  EXPECT_EQ(widest, 2 * deepest);
+  std::string const margin(2 * deepest, ' ');
+  EXPECT_EQ(lines[deepest], std::string(2 * deepest - 2, ' ') + "(UnaryOperation -");
+  EXPECT_EQ(lines[deepest + 1], margin + "(UnaryOperation -");
+  EXPECT_EQ(lines[deepest + 2], margin + "[" + std::to_string(deepest + 1) + "] (UnaryOperation -");
+  EXPECT_EQ(lines[minuses + 2], margin + "[" + std::to_string(minuses + 1) + "] (UnaryOperation - (NumberLiteral 1)" +
+                                    std::string(minuses + 2, ')'));
   // The one-line layout is unchanged by depth.
   std::string const oneLine = frontend::dumpTree(*parsed.tree->getProgram());
   EXPECT_EQ(oneLine.find('\n'), std::string::npos);
-  EXPECT_EQ(std::count(oneLine.begin(), oneLine.end(), '('), 104);
+  EXPECT_EQ(static_cast<std::size_t>(std::count(oneLine.begin(), oneLine.end(), '(')), minuses + 4);
 }
 
 TEST(TreeDump, ATreeFarDeeperThanTheCallStackAllowsIsDumped) {

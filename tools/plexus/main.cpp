@@ -16,23 +16,23 @@ namespace {
 
 // Reports a path that could not be read, after the diagnostics printed so
 // far, so that both streams read in order when they go to one place.
-void reportUnreadable(std::string const& path, std::string const& reason) {
+void reportUnreadable(frontend::Diagnostic const& problem) {
   std::fflush(stdout);
-  fmt::print(stderr, "{}: error: {}\n", path, reason);
+  fmt::print(stderr, "{}\n", frontend::formatDiagnostic(problem));
 }
 
 int runParse(std::vector<std::string> const& paths) {
   frontend::SourceFileReader reader;
   std::size_t parsed = 0, withErrors = 0, unreadable = 0;
   plexus::cli::SourceVisitor visitor;
-  visitor.problem = [&unreadable](std::string const& path, std::string const& reason) {
-    reportUnreadable(path, reason);
+  visitor.problem = [&unreadable](frontend::Diagnostic const& problem) {
+    reportUnreadable(problem);
     ++unreadable;
   };
   visitor.file = [&](std::string const& path) {
     frontend::SourceFileReader::Result const read = reader.read(path.c_str());
     if (!read.ok()) {
-      visitor.problem(path, read.error);
+      visitor.problem(read.diagnostic(path));
       return;
     }
     frontend::ParseResult const result = frontend::parse(read.bytes, path);
@@ -54,7 +54,7 @@ int runDump(std::string const& path) {
   frontend::SourceFileReader reader;
   frontend::SourceFileReader::Result const read = reader.read(path.c_str());
   if (!read.ok()) {
-    reportUnreadable(path, read.error);
+    reportUnreadable(read.diagnostic(path));
     return 1;
   }
   frontend::ParseResult const result = frontend::parse(read.bytes, path);

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "frontend/diagnostic_message.hpp"
+
 namespace plexus::cli {
 
 namespace fs = std::filesystem;
@@ -35,7 +37,8 @@ std::vector<Entry> listFolder(fs::path const& folder, SourceVisitor const& visit
   std::error_code error;
   fs::directory_iterator listing(folder, error);
   if (error) {
-    visitor.problem(folder.string(), "cannot open folder: " + error.message());
+    visitor.problem(
+        frontend::makeFileDiagnostic<frontend::DiagnosticKind::CannotOpenFolder>(folder.string(), error.message()));
     return entries;
   }
   for (; listing != fs::directory_iterator(); listing.increment(error)) {
@@ -45,7 +48,10 @@ std::vector<Entry> listFolder(fs::path const& folder, SourceVisitor const& visit
     bool const isFolder = !listing->is_symlink(typeError) && listing->is_directory(typeError);
     if (isFolder || isSourceName(name)) entries.push_back({std::move(name), isFolder});
   }
-  if (error) visitor.problem(folder.string(), "cannot list folder: " + error.message());
+  if (error) {
+    visitor.problem(
+        frontend::makeFileDiagnostic<frontend::DiagnosticKind::CannotListFolder>(folder.string(), error.message()));
+  }
   std::sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) { return a.name < b.name; });
   return entries;
 }

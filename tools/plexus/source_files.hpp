@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "frontend/diagnostic.hpp"
+
 namespace plexus::cli {
 
 /// What a walk over the paths of a command line meets, as it meets it.
@@ -12,8 +14,9 @@ struct SourceVisitor {
   /// extension (reading it says whether it exists and is a file), or a
   /// `.m` entry of a folder.
   std::function<void(std::string const& path)> file;
-  /// A folder that could not be opened or listed whole, with the reason.
-  std::function<void(std::string const& path, std::string const& reason)> problem;
+  /// A folder that could not be opened or listed whole: a diagnostic that
+  /// names it and the reason.
+  std::function<void(frontend::Diagnostic const& problem)> problem;
 };
 
 /// Walks the paths in the order given, handing each file to the visitor as

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "frontend/limits.hpp"
 #include "tests/support/scratch_folder.hpp"
 
 namespace {
@@ -199,8 +200,10 @@ TEST(PlexusDump, AFolderIsAnErrorAndDeepTreesStayReadable) {
   std::size_t count = 0, widest = 0;
   for (std::string line; std::getline(lines, line); ++count) widest = std::max(widest, line.find_first_not_of(' '));
   EXPECT_EQ(count, 203u);
-  EXPECT_EQ(widest, 128u);  // 64 levels
-  EXPECT_TRUE(holds(deep.output, "\n" + std::string(128, ' ') + "[201] (UnaryOperation ~ (Identifier a))")) << deep.output;
+  EXPECT_EQ(widest, 2 * frontend::maxDumpIndentDepth);
+  EXPECT_TRUE(holds(deep.output, "\n" + std::string(2 * frontend::maxDumpIndentDepth, ' ') +
+                                     "[201] (UnaryOperation ~ (Identifier a))"))
+      << deep.output;
 }
 
 }  // namespace
