@@ -74,7 +74,9 @@ TEST(TokenTable, EveryOperatorOfTheTableIsLexedAsItsKind) {
     if (spelling.empty() || frontend::isKeyword(kind)) continue;
     SCOPED_TRACE(std::string(spelling));
     // After a name, so that a quote is a transpose.
-    auto const tokens = lexAll("x" + std::string(spelling));
+    // Tokens view their source, which must outlive them.
+    std::string const source = "x" + std::string(spelling);
+    auto const tokens = lexAll(source);
     ASSERT_EQ(tokens.size(), 3u);
     EXPECT_EQ(tokens[1].kind, kind);
     EXPECT_EQ(tokens[1].text, spelling);
