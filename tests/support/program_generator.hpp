@@ -8,24 +8,9 @@
 #include <iterator>
 #include <string>
 
+#include "tests/support/seeded_random.hpp"
+
 namespace plexus::testing {
-
-/// splitmix64, so that a failing seed is the same program everywhere.
-class Random {
- public:
-  explicit Random(std::uint64_t seed) : state_(seed) {}
-  std::uint64_t next() {
-    std::uint64_t z = (state_ += 0x9e3779b97f4a7c15ULL);
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ULL;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111ebULL;
-    return z ^ (z >> 31);
-  }
-  std::size_t below(std::size_t n) { return static_cast<std::size_t>(next() % n); }
-  bool chance(int percent) { return below(100) < static_cast<std::size_t>(percent); }
-
- private:
-  std::uint64_t state_;
-};
 
 /// Random programs over a handful of variables, so that definitions and uses
 /// of the same names meet through every kind of branch and jump.
@@ -38,7 +23,7 @@ class ProgramGenerator {
     switch (random_.below(4)) {
       case 0:  // a script, perhaps with local functions after it
         block(0, false, false, 4 + random_.below(10));
-        if (random_.chance(40)) {
+        if (random_.chance(0.40)) {
           line(0, "function r = helper(p)");
           block(1, false, true, 2 + random_.below(5));
           line(0, "end");
@@ -46,7 +31,7 @@ class ProgramGenerator {
         break;
       case 1:  // functions with `end`, some nested
         function(0, "main", 2);
-        if (random_.chance(50)) function(0, "other", 1);
+        if (random_.chance(0.50)) function(0, "other", 1);
         break;
       case 2:  // functions without `end`
         functionHead(0, "main");
@@ -119,7 +104,7 @@ class ProgramGenerator {
       case 6: return var() + ".field";
       case 7: return "[" + expression(depth + 1) + ", " + var() + "]";
       case 8: return "pkg.util.fn(" + expression(depth + 1) + ")";
-      case 9: return random_.chance(50) ? "@disp" : "@" + var();
+      case 9: return random_.chance(0.50) ? "@disp" : "@" + var();
       case 10: return var() + "{" + expression(depth + 1) + "}.g(" + var() + ")";
       default: return "(" + expression(depth + 1) + ")";
     }
@@ -128,13 +113,13 @@ class ProgramGenerator {
   void line(std::size_t indent, std::string const& text) { text_ += std::string(indent * 2, ' ') + text + "\n"; }
 
   void functionHead(std::size_t indent, std::string const& name) {
-    line(indent, "function [r, y] = " + name + "(a, b" + (random_.chance(30) ? ", varargin" : "") + ")");
+    line(indent, "function [r, y] = " + name + "(a, b" + (random_.chance(0.30) ? ", varargin" : "") + ")");
   }
 
   void function(std::size_t indent, std::string const& name, int nesting) {
     functionHead(indent, name);
     block(indent + 1, false, true, 3 + random_.below(8));
-    if (nesting > 0 && random_.chance(60)) {
+    if (nesting > 0 && random_.chance(0.60)) {
       function(indent + 1, name + "Inner", nesting - 1);
       block(indent + 1, false, true, 1 + random_.below(3));
     }
@@ -167,9 +152,9 @@ class ProgramGenerator {
       }
       case 6:
         if (inLoop) {
-          line(indent, random_.chance(50) ? "break" : "continue");
+          line(indent, random_.chance(0.50) ? "break" : "continue");
         } else {
-          line(indent, random_.chance(30) ? "return" : var() + " = " + var() + ";");
+          line(indent, random_.chance(0.30) ? "return" : var() + " = " + var() + ";");
         }
         return;
       case 7: line(indent, "if " + expression() + ", " + var() + " = 1; end"); return;
@@ -180,7 +165,7 @@ class ProgramGenerator {
           line(indent, "elseif " + expression());
           block(indent + 1, inLoop, inFunction, body);
         }
-        if (random_.chance(50)) {
+        if (random_.chance(0.50)) {
           line(indent, "else");
           block(indent + 1, inLoop, inFunction, body);
         }
@@ -203,7 +188,7 @@ class ProgramGenerator {
           line(indent + 1, "case " + std::to_string(n));
           block(indent + 2, inLoop, inFunction, random_.below(3));
         }
-        if (random_.chance(50)) {
+        if (random_.chance(0.50)) {
           line(indent + 1, "otherwise");
           block(indent + 2, inLoop, inFunction, body);
         }
@@ -250,7 +235,7 @@ class ProgramGenerator {
     }
   }
 
-  Random random_;
+  SeededRandom random_;
   std::string text_;
 };
 
