@@ -74,6 +74,7 @@
 #include "rulesystem/graph/combinators.hpp"
 #include "rulesystem/graph/combine.hpp"
 #include "rulesystem/graph/consumer.hpp"
+#include "rulesystem/graph/pipe_handle.hpp"
 #include "rulesystem/graph/producer.hpp"
 #include "rulesystem/graph/stage.hpp"
 #include "rulesystem/graph/stage_of.hpp"

@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "platform/ast/ast.hpp"
+#include "rulesystem/graph/pipe_handle.hpp"
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
 
@@ -37,8 +38,9 @@ std::set<lf::astapi::NodeKind> kindsOf() {
 }
 }  // namespace detail
 
-template <class T>
-Producer<T const&> operator|(Producer<Node const&> producer, isa<T>) {
+template <template <class> class P, class T>
+requires isPipeHandle<P> P<T const&>
+operator|(P<Node const&> producer, isa<T>) {
   class IsSwitchable final : public Switchable<Node const&, lf::astapi::NodeKind> {
    public:
     explicit IsSwitchable(std::set<lf::astapi::NodeKind> kinds) : kinds_(std::move(kinds)) {}
@@ -50,9 +52,7 @@ Producer<T const&> operator|(Producer<Node const&> producer, isa<T>) {
    private:
     std::set<lf::astapi::NodeKind> kinds_;
   };
-  auto branch = producer.impl->template where<Node const&, lf::astapi::NodeKind>(
-      std::make_unique<IsSwitchable>(detail::kindsOf<T>()));
-  return Producer<T const&>(branch->template downcast<T const&>());
+  return downcast<T const&>(std::move(producer) | std::make_unique<IsSwitchable>(detail::kindsOf<T>()));
 }
 
 }  // namespace ca::rulesystem

@@ -181,7 +181,15 @@ TEST(DocExamples, AllNodesAndIsa) {
     texts | std::make_shared<Report<CharVectorLiteral>>(u"text");
     all.execute(analysis, &helper);
   }
-  EXPECT_EQ(findings.lines, std::vector<std::u16string>({u"1: no arguments", u"2: text", u"3: number"}));
+  {
+    AllNodes all;
+    // rulesystem/graph/pipe_handle.hpp
+    Producer<Node const&> nodes = upcast<Node const&>(all.assignment);
+    nodes | isa<Assignment>() | std::make_shared<Report<Assignment>>(u"assignment");
+    all.execute(analysis, &helper);
+  }
+  EXPECT_EQ(findings.lines, std::vector<std::u16string>({u"1: no arguments", u"2: text", u"3: number", u"2: assignment",
+                                                        u"3: assignment"}));
 }
 
 TEST(DocExamples, GraphListing) {
