@@ -5,7 +5,7 @@ namespace plexus::testing {
 std::vector<ReferencePipeline> allReferencePipelines() {
   std::vector<ReferencePipeline> all;
   for (auto family : {callPipelines, nodeRelationPipelines, identifierAndSymbolPipelines,
-                      operatorFieldAndSignaturePipelines, attributePipelines}) {
+                      operatorAndFieldPipelines, signatureCountPipelines, attributePipelines}) {
     for (ReferencePipeline& pipeline : family()) all.push_back(std::move(pipeline));
   }
   return all;

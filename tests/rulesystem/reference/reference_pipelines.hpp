@@ -56,7 +56,8 @@ struct ReferenceSnippet {
 std::vector<ReferencePipeline> callPipelines();
 std::vector<ReferencePipeline> nodeRelationPipelines();
 std::vector<ReferencePipeline> identifierAndSymbolPipelines();
-std::vector<ReferencePipeline> operatorFieldAndSignaturePipelines();
+std::vector<ReferencePipeline> operatorAndFieldPipelines();
+std::vector<ReferencePipeline> signatureCountPipelines();
 std::vector<ReferencePipeline> attributePipelines();
 
 /// Every pipeline of the table, the families in order.

@@ -5,9 +5,10 @@ namespace plexus::testing {
 
 using namespace ca::rulesystem;
 
-std::vector<ReferencePipeline> operatorFieldAndSignaturePipelines() {
+std::vector<ReferencePipeline> signatureCountPipelines() {
   return {
       PLEXUS_PIPELINE(upcast<Node const&>(all.assignment) | isa<Assignment>()),
+      PLEXUS_PIPELINE(upcast<Node const&>(all.parenOperation) | isa<ParenOperation>()),
   };
 }
 
