@@ -132,6 +132,56 @@ TEST(DocExamplesSync, EveryExampleShownIsCompiledAndRun) {
   }
 }
 
+/// The pipelines that the vocabulary's doc comments end with: a `///` line
+/// whose text starts after three blanks, in the headers of `folder`.
+std::vector<Example> vocabularyPipelines(fs::path const& root, std::string const& folder) {
+  static std::regex const pipelineLine(R"(^\s*/// {3}(\S.*)$)");
+  std::vector<Example> pipelines;
+  for (auto const& entry : fs::recursive_directory_iterator(root / folder)) {
+    if (entry.path().extension() != ".hpp") continue;
+    std::ifstream in(entry.path());
+    std::string line;
+    int number = 0;
+    while (std::getline(in, line)) {
+      ++number;
+      std::smatch match;
+      if (std::regex_match(line, match, pipelineLine)) {
+        pipelines.push_back({fs::relative(entry.path(), root).generic_string() + ":" + std::to_string(number),
+                             match[1].str()});
+      }
+    }
+  }
+  return pipelines;
+}
+
+// Each factory of the vocabulary documents itself with a pipeline; that
+// pipeline must be one of the reference table, which the reference test
+// declares, runs and checks against the naive evaluator.
+TEST(DocExamplesSync, EveryVocabularyPipelineShownIsInTheReferenceTable) {
+  fs::path const root(PLEXUS_SOURCE_DIR);
+  std::string table;
+  for (auto const& entry : fs::directory_iterator(root / "tests" / "rulesystem" / "reference")) {
+    if (entry.path().filename().string().starts_with("pipelines_")) table += readFile(entry.path()) + "\n";
+  }
+  // Blanks do not count: a long pipeline may be broken over lines there.
+  auto const withoutBlanks = [](std::string text) {
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
+    return text;
+  };
+  table = withoutBlanks(table);
+  std::size_t shown = 0;
+  for (char const* folder : {"rulesystem/calls", "rulesystem/syntax"}) {
+    for (Example const& pipeline : vocabularyPipelines(root, folder)) {
+      ++shown;
+      EXPECT_NE(table.find("PLEXUS_PIPELINE(" + withoutBlanks(pipeline.text) + ")"), std::string::npos)
+          << pipeline.where << ": this pipeline is not in tests/rulesystem/reference/pipelines_*.cpp:\n"
+          << pipeline.text;
+    }
+  }
+  // Some seventy factories show one each; finding few means the scan broke.
+  EXPECT_GE(shown, 50u);
+}
+
 // The scan itself: a block ends at a bare `///`, prose indented less than
 // code is not code, and a README block is taken between its fences.
 TEST(DocExamplesSync, BlocksAreFoundAsWritten) {
