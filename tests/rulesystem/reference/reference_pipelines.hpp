@@ -26,6 +26,22 @@ struct ReferencePipeline {
   std::function<void(ca::rulesystem::AllNodes& all, Lines& lines, std::string const* source)> declare;
   /// The pipeline by itself, run naively over `analysis`.
   std::function<Lines(ca::Analysis const& analysis, std::string const* source)> naive;
+  /// Declares the pipeline on `all` with a consumer that only counts, in
+  /// `*count`, what reaches it: for measuring the graph, not the recording.
+  std::function<void(ca::rulesystem::AllNodes& all, std::size_t* count)> declareCounted;
+};
+
+/// A terminal consumer that counts its items.
+template <class T>
+class ItemCounter final : public ca::rulesystem::Consumer<T> {
+ public:
+  explicit ItemCounter(std::size_t* count) : count_(count) {}
+  std::u16string kindDescription() const override { return u"ItemCounter"; }
+  std::u16string detailsDescription() const override { return u""; }
+  void consume(T, ca::Analysis const&, ca::rulesystem::MessageHelper const*) const override { ++*count_; }
+
+ private:
+  std::size_t* count_;
 };
 
 template <class Pipeline>
@@ -37,6 +53,11 @@ ReferencePipeline makeReferencePipeline(std::string text, Pipeline pipeline) {
           [pipeline](ca::Analysis const& analysis, std::string const* source) {
             NaiveRoots roots;
             return naiveHits(pipeline(roots), analysis, ItemDescriber(source));
+          },
+          [pipeline](ca::rulesystem::AllNodes& all, std::size_t* count) {
+            auto const producer = pipeline(all);
+            using Item = typename decltype(producer)::Item;
+            producer | std::make_shared<ItemCounter<Item>>(count);
           }};
 }
 
