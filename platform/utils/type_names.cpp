@@ -20,6 +20,13 @@ std::u16string prettifyTypeName(std::u16string const& fullName) {
       i += flavour.size();
       continue;
     }
+    if (fullName.compare(i, 3, u"::*") == 0) {
+      // A member pointer: the class before it is what it points into, no
+      // qualifier, and stays.
+      out += u"::*";
+      i += 3;
+      continue;
+    }
     if (fullName.compare(i, 2, u"::") == 0) {
       // Drop the qualifier just written: the name characters before "::".
       while (!out.empty() && isNameChar(out.back())) out.pop_back();

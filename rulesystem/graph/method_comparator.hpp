@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -55,13 +56,27 @@ std::unordered_map<std::string, std::shared_ptr<MethodComparatorBase>>& getCompa
 /// The mutex that guards `getComparatorMap()`.
 std::mutex& getComparatorMapMutex();
 
-/// The one comparator for member pointers of type M in this process. Empty
-/// only if another type shares M's run-time name.
+/// The key of member pointers of type M in the comparator map: the type's
+/// run-time name. A type local to one translation unit (a member of a class in
+/// an unnamed namespace) has a name that a namesake in another file shares,
+/// and the run-time type check may even take the two for one; its key adds
+/// the address of its type information, which is the file's own, so that two
+/// of them never share a comparator.
+template <class M>
+std::string comparatorKey() {
+  std::type_info const& type = typeid(M);
+  std::string key = type.name();
+  bool const local = key.starts_with('*') || key.find("_GLOBAL__N_") != std::string::npos;
+  if (local) key += "@" + std::to_string(reinterpret_cast<std::uintptr_t>(&type));
+  return key;
+}
+
+/// The one comparator for member pointers of type M in this process.
 template <class M>
 std::shared_ptr<MethodComparator<M>> getComparator() {
   std::lock_guard lock(getComparatorMapMutex());
   auto& map = getComparatorMap();
-  std::string const name = typeid(M).name();
+  std::string const name = comparatorKey<M>();
   if (auto found = map.find(name); found != map.end()) {
     return std::dynamic_pointer_cast<MethodComparator<M>>(found->second);
   }

@@ -96,6 +96,10 @@ TEST(TypeNames, PrettyNamesDropNamespacesAndTheFlavour) {
   EXPECT_EQ(ca::utils::prettifyTypeName(u"lf::astapi::Identifier<ca::astapi::CA>"), u"Identifier");
   EXPECT_EQ(ca::utils::prettifyTypeName(u"std::vector<ca::Symbol const*>"), u"vector<Symbol const*>");
   EXPECT_EQ(ca::utils::prettifyTypeName(u"int"), u"int");
+  // A member pointer keeps the class it points into.
+  EXPECT_EQ(ca::utils::prettifyTypeName(u"lf::astapi::Field<ca::astapi::CA> const& "
+                                        u"(lf::astapi::DotOperation<ca::astapi::CA>::*)() const"),
+            u"Field const& (DotOperation::*)() const");
   EXPECT_EQ(ca::utils::prettyTypeName<ca::ast::Identifier const&>(), u"Identifier");
   EXPECT_EQ(ca::utils::prettyTypeName<lf::astapi::NodeKind>(), u"NodeKind");
 }

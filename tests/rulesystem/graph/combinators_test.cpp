@@ -143,7 +143,7 @@ TEST(MethodComparator, IdsFollowFirstComparisonAndStayStable) {
   using FieldOf = Field const& (DotOperation::*)() const;
   auto other = getComparator<FieldOf>();
   EXPECT_NE(static_cast<void*>(other.get()), static_cast<void*>(comparator.get()));
-  EXPECT_EQ(getComparatorMap().count(typeid(EntryMethod).name()), 1u);
+  EXPECT_EQ(getComparatorMap().count(comparatorKey<EntryMethod>()), 1u);
 }
 
 TEST(MethodComparator, ConcurrentComparisonsAgreeOnOneOrder) {
