@@ -27,7 +27,7 @@ std::span<KnownCustomAttribute const> knownCustomAttributes() { return kKnown; }
 
 CustomAttributes::CustomAttributes(std::vector<ca::clients::CustomAttribute> added) {
   entries_.reserve(kKnown.size() + added.size());
-  for (KnownCustomAttribute const& known : kKnown) {
+  for (KnownCustomAttribute const& known : knownCustomAttributes()) {
     entries_.push_back({std::u16string(known.name), known.place, known.logical});
   }
   for (ca::clients::CustomAttribute& name : added) {

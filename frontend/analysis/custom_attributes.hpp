@@ -29,13 +29,13 @@ struct KnownCustomAttribute {
 /// subclasses put on their properties blocks, and which the simulation
 /// environment that runs such objects reads too. All take a logical value.
 ///
-/// | Name              | Where            | Logical | Says of the properties of the block        |
-/// |-------------------|------------------|---------|--------------------------------------------|
-/// | `ContinuousState` | properties block | yes     | they hold continuous state of the object    |
-/// | `DiscreteState`   | properties block | yes     | they hold discrete state of the object      |
-/// | `Logical`         | properties block | yes     | they hold a logical scalar                  |
-/// | `Nontunable`      | properties block | yes     | they cannot change while the object runs    |
-/// | `PositiveInteger` | properties block | yes     | they hold a positive integer                |
+/// | Name              | Where            | Logical | Says of the properties of the block      |
+/// |-------------------|------------------|---------|------------------------------------------|
+/// | `ContinuousState` | properties block | yes     | they hold continuous state of the object |
+/// | `DiscreteState`   | properties block | yes     | they hold discrete state of the object   |
+/// | `Logical`         | properties block | yes     | they hold a logical scalar               |
+/// | `Nontunable`      | properties block | yes     | they cannot change while the object runs |
+/// | `PositiveInteger` | properties block | yes     | they hold a positive integer             |
 std::span<KnownCustomAttribute const> knownCustomAttributes();
 
 /// The custom attributes of one analysis: the known ones, and those the
