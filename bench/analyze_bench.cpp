@@ -1,7 +1,8 @@
 // The cost of analysing source text, per MB, on one core: parse, then every
 // analysis of the front end forced — symbols and identifier uses, call
-// resolution asked for every node, control-flow graphs and use-def records
-// with their reaching definitions.
+// resolution asked for every node, the class-object analysis asked of every
+// identifier and attribute, control-flow graphs and use-def records with
+// their reaching definitions.
 
 #include <benchmark/benchmark.h>
 
@@ -16,6 +17,7 @@
 #include "platform/callresolution/call.hpp"
 #include "platform/controlflow/control_flow.hpp"
 #include "platform/nameresolution/symbol_table.hpp"
+#include "platform/tosk/tosk_analysis.hpp"
 #include "platform/usedef/usedef_analysis.hpp"
 
 namespace {
@@ -37,11 +39,17 @@ std::size_t forceAll(ca::clients::AnalysisImpl const& analysis) {
   std::size_t touched = analysis.getSymbolTable()->getSymbols().size();
   analysis.getIdUseAnalysis();
   auto const& calls = *analysis.getCallResolutionAnalysis();
+  auto const& objects = *analysis.getToskAnalysis();
   std::vector<ca::ast::Node const*> pending{analysis.getProgram()};
   while (!pending.empty()) {
     ca::ast::Node const* node = pending.back();
     pending.pop_back();
     touched += calls.getCallInfo(*node).isCall() == ca::callresolution::Call::KnownCall ? 1 : 0;
+    if (auto const* identifier = lf::astapi::dynCast<ca::ast::Identifier>(node)) {
+      touched += objects.hasAnnotation(*identifier, ca::core::ToskAnnotation::ObjectParameter) ? 1 : 0;
+    } else if (auto const* attribute = lf::astapi::dynCast<ca::ast::Attribute>(node)) {
+      touched += objects.isCustomAttribute(*attribute) ? 1 : 0;
+    }
     lf::astapi::forEachChild(*node, [&pending](ca::ast::Node const* child) { pending.push_back(child); });
   }
   touched += analysis.get<ca::controlflow::ControlFlowAnalysis>().getGraphs().size();

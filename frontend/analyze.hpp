@@ -14,8 +14,8 @@ struct AnalysisResult {
   std::vector<Diagnostic> diagnostics;
   /// Null when the file could not be read or has syntax errors. It owns the
   /// tree and makes each analysis through `get<T>` when it is first asked:
-  /// symbols, identifier uses, calls, control flow and use-def (see
-  /// analysis/registered_analyses.hpp).
+  /// symbols, identifier uses, calls, control flow, use-def and class
+  /// objects (see analysis/registered_analyses.hpp).
   std::shared_ptr<ca::clients::AnalysisImpl> analysis;
 
   bool hasErrors() const;

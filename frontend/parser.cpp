@@ -1016,12 +1016,22 @@ ast::ArgumentsBlock* Parser::parseArgumentsBlock() {
 }
 
 ast::Argument* Parser::parseArgumentEntry() {
-  Token const nameToken = expect(TokenKind::Identifier, "as an argument name");
-  if (failed_) return nullptr;
-  auto* name = finish(builder_.make<ast::InputArgument>(identifier(nameToken)), startOf(nameToken));
+  // `~` stands for an input the function ignores, as in its signature; it
+  // has no fields to name, but may have a validation.
+  Token const nameToken = peek();
+  bool const ignored = nameToken.kind == TokenKind::Tilde || nameToken.kind == TokenKind::Bang;
+  if (ignored) {
+    take();
+  } else {
+    expect(TokenKind::Identifier, "as an argument name or '~'");
+    if (failed_) return nullptr;
+  }
+  auto* name = ignored ? builder_.make<ast::InputArgument>(finish(builder_.make<ast::Ignored>(), startOf(nameToken)))
+                       : builder_.make<ast::InputArgument>(identifier(nameToken));
+  finish(name, startOf(nameToken));
   ast::Field* fieldPart = nullptr;
   Expression* classPart = nullptr;
-  if (at(TokenKind::Dot) && !peek().spaceBefore) {
+  if (!ignored && at(TokenKind::Dot) && !peek().spaceBefore) {
     take();
     if (accept(TokenKind::Question)) {
       classPart = parseDottedName();

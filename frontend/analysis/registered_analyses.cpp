@@ -1,6 +1,7 @@
 #include "frontend/analysis/registered_analyses.hpp"
 
 #include "frontend/analysis/call_resolution.hpp"
+#include "frontend/analysis/class_objects.hpp"
 #include "frontend/analysis/control_flow.hpp"
 #include "frontend/analysis/name_resolution.hpp"
 #include "frontend/analysis/use_def.hpp"
@@ -27,6 +28,10 @@ ca::clients::AnalysisRegistry makeRegistry() {
           [](AnalysisImpl const& a) { return buildControlFlow(*a.getProgram()); })
       .add<ca::usedef::UseDefAnalysis>([](AnalysisImpl const& a) {
         return buildUseDefs(*a.getProgram(), a.get<FileSymbols>(), a.get<ca::controlflow::ControlFlowAnalysis>());
+      })
+      .add<ca::tosk::ToskAnalysis>([](AnalysisImpl const& a) {
+        return std::make_shared<ClassObjects>(*a.getProgram(), a.getFileType(), a.getSymbolTableImpl(),
+                                              a.getAnalysisOptions().customAttributes);
       });
   return registry;
 }

@@ -9,8 +9,8 @@ namespace frontend {
 /// The provider of every analysis that the front end computes: one factory
 /// per analysis that the platform declares, each made by `Analysis::get<T>`
 /// when first asked. An analysis the front end does not compute yet (type
-/// values, abstract interpretation, class objects, parallel loops, code
-/// generation, context) raises std::logic_error naming it.
+/// values, abstract interpretation, parallel loops, code generation, context)
+/// raises std::logic_error naming it.
 ///
 /// To add one: declare its class with `GetAnalysisId` and a `Create` that
 /// calls `createByProvider` (as the platform's declared analyses do), write

@@ -2,6 +2,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "platform/callresolution/call.hpp"
 #include "platform/codegeneration/code_generation_analysis.hpp"
@@ -19,7 +20,7 @@ std::shared_ptr<void> AnalysisProvider::makeAnalysis(astapi::StringId analysisId
 
 AnalysisImpl::AnalysisImpl(std::shared_ptr<astapi::SyntaxTree const> tree,
                            std::shared_ptr<AnalysisProvider const> provider, AnalysisOptions options)
-    : tree_(std::move(tree)), provider_(std::move(provider)), options_(options) {
+    : tree_(std::move(tree)), provider_(std::move(provider)), options_(std::move(options)) {
   if (!tree_ || !provider_) throw std::invalid_argument("AnalysisImpl needs a tree and a provider");
 }
 

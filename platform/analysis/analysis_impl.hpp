@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "platform/analysis/analysis.hpp"
 #include "platform/ast/syntax_tree.hpp"
@@ -29,12 +31,28 @@ namespace ca::clients {
 class AnalysisImpl;
 class UnsupportedFeatures;
 
-/// The options a file is analysed with. Only which features code generation
-/// does not support is read by rules.
+/// An attribute name that the caller accepts on one place of a class where
+/// the language itself does not define it, as the class-object analysis's
+/// own table of custom attributes does (frontend/analysis/custom_attributes.hpp).
+struct CustomAttribute {
+  std::u16string name;  // compared case-sensitively, as the language reads names
+  /// The node whose attribute list it stands in: `Classdef`,
+  /// `PropertiesBlock`, `MethodsBlock` or `EventsBlock`.
+  lf::astapi::NodeKind place = lf::astapi::NodeKind::PropertiesBlock;
+  /// Whether it takes a logical value (`Name`, `~Name`, `Name = true`).
+  bool logical = true;
+};
+
+/// The options a file is analysed with. Rules read which features code
+/// generation does not support; the class-object analysis reads the custom
+/// attributes.
 struct AnalysisOptions {
   /// What code generation does not support, and why; null when the caller
   /// gives no such table.
   UnsupportedFeatures const* unsupportedFeatures = nullptr;
+  /// Custom attributes beyond those the class-object analysis knows, such as
+  /// a checker's configuration names; none by default.
+  std::vector<CustomAttribute> customAttributes;
 };
 
 /// Makes the analyses of one file on behalf of an `AnalysisImpl`, each when
@@ -69,7 +87,7 @@ class AnalysisImpl : public Analysis {
 
   std::shared_ptr<astapi::SyntaxTree const> const& getTree() const noexcept { return tree_; }
   AnalysisProvider const& getProvider() const noexcept { return *provider_; }
-  AnalysisOptions getAnalysisOptions() const noexcept { return options_; }
+  AnalysisOptions const& getAnalysisOptions() const noexcept { return options_; }
 
   /// The analyses as shared handles, each the instance of `get<T>`.
   std::shared_ptr<nameresolution::SymbolTable const> getSymbolTableImpl() const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 #include "platform/ast/enclosing_node.hpp"
@@ -20,7 +21,12 @@ struct Entry {
 };
 
 // The attributes that the language defines on each place an attribute can
-// stand. The tables are a few entries long: a linear search is enough.
+// stand: the tables follow the language's reference for class, property,
+// method, event and arguments-block attributes, including the attributes of
+// its unit-test framework, which the language reads on test classes (test
+// tags, parameters, setup and teardown). A name missing here is Unknown, and
+// a rule or the class-object analysis decides what it is. The tables are a
+// few entries long: a linear search is enough.
 constexpr std::array classAttributes{
     Entry{u"Abstract", Type::Logical},          Entry{u"AllowedSubclasses", Type::MetaClass},
     Entry{u"ConstructOnLoad", Type::Logical},   Entry{u"HandleCompatible", Type::Logical},
@@ -69,6 +75,13 @@ constexpr std::array eventAttributes{
     Entry{u"ListenAccess", Type::AccessModifier},
     Entry{u"NotifyAccess", Type::AccessModifier},
 };
+// What an arguments block validates: the inputs (the default), the outputs,
+// or the inputs that repeat.
+constexpr std::array argumentsBlockAttributes{
+    Entry{u"Input", Type::Logical},
+    Entry{u"Output", Type::Logical},
+    Entry{u"Repeating", Type::Logical},
+};
 constexpr std::array<Entry, 0> noAttributes{};
 
 template <std::size_t N>
@@ -77,7 +90,7 @@ constexpr bool sortedByName(std::array<Entry, N> const& table) {
 }
 // Kept sorted so that a reader finds a name, and a duplicate shows.
 static_assert(sortedByName(classAttributes) && sortedByName(propertyAttributes) && sortedByName(methodAttributes) &&
-              sortedByName(eventAttributes));
+              sortedByName(eventAttributes) && sortedByName(argumentsBlockAttributes));
 
 template <std::size_t N>
 Type lookUp(std::array<Entry, N> const& table, std::u16string_view name) {
@@ -95,6 +108,7 @@ AttributeValueType getAttributeValueType(Attribute const& attribute) {
     case lf::astapi::NodeKind::PropertiesBlock: return lookUp(propertyAttributes, name);
     case lf::astapi::NodeKind::MethodsBlock: return lookUp(methodAttributes, name);
     case lf::astapi::NodeKind::EventsBlock: return lookUp(eventAttributes, name);
+    case lf::astapi::NodeKind::ArgumentsBlock: return lookUp(argumentsBlockAttributes, name);
     default: return lookUp(noAttributes, name);
   }
 }
@@ -113,6 +127,14 @@ std::ostream& operator<<(std::ostream& out, AttributeValueType type) {
   return out << "AttributeValueType(" << static_cast<std::uint32_t>(type) << ")";
 }
 
+std::u16string getClassFolderName(Program const& program) {
+  std::u16string const path(astapi::toStdView(program.getFilePath()));
+  std::u16string const folder = fl::filesystem::detail::extract_filename(
+      fl::filesystem::detail::extract_parent_path(fl::filesystem::detail::make_native_form(path, 1)));
+  if (folder.size() < 2 || folder[0] != u'@') return {};
+  return folder.substr(1);
+}
+
 }  // namespace ca::ast
 
 namespace ca::astapi {
@@ -128,10 +150,7 @@ bool isConstructor(ca::ast::Function const& function) {
       return toStdView(static_cast<ca::ast::Classdef const*>(at)->getName()->getText()) == name;
     }
     if (at->getKind() == lf::astapi::NodeKind::Program) {
-      std::u16string const path(toStdView(static_cast<ca::ast::Program const*>(at)->getFilePath()));
-      std::u16string const folder = fl::filesystem::detail::extract_filename(
-          fl::filesystem::detail::extract_parent_path(fl::filesystem::detail::make_native_form(path, 1)));
-      return folder.size() == name.size() + 1 && folder[0] == u'@' && std::u16string_view(folder).substr(1) == name;
+      return ca::ast::getClassFolderName(*static_cast<ca::ast::Program const*>(at)) == name;
     }
   }
   return false;

@@ -1,18 +1,19 @@
 #pragma once
 
 // Questions about the syntax of classes that need no analysis: what kind of
-// value an attribute takes, and whether `obj@Base(...)` calls a superclass
-// constructor.
+// value an attribute takes, which class a class folder holds methods of, and
+// whether `obj@Base(...)` calls a superclass constructor.
 
 #include <cstdint>
 #include <iosfwd>
+#include <string>
 
 #include "platform/ast/ast.hpp"
 
 namespace ca::ast {
 
-/// The kind of value an attribute of a class, a property, method or event
-/// block takes, by its name and where it stands.
+/// The kind of value an attribute of a class, a property, method, event or
+/// arguments block takes, by its name and where it stands.
 enum class AttributeValueType : std::uint32_t {
   Label = 0,                    // one word of a fixed set: ParameterCombination = 'pairwise'
   Logical = 1,                  // true or false, or the name alone: Abstract, Constant, Sealed
@@ -30,6 +31,11 @@ enum class AttributeValueType : std::uint32_t {
 AttributeValueType getAttributeValueType(Attribute const& attribute);
 
 std::ostream& operator<<(std::ostream& out, AttributeValueType type);
+
+/// The class whose methods the file of `program` defines by standing directly
+/// in a folder `@Name`: "Name"; empty for a file anywhere else. Both '/' and
+/// '\' separate the parts of the path.
+std::u16string getClassFolderName(Program const& program);
 
 }  // namespace ca::ast
 

@@ -126,6 +126,15 @@ TEST(SyntaxErrors, OneFaultInAClassBodyGivesOneError) {
   }
 }
 
+TEST(SyntaxErrors, AnArgumentsEntryIsANameOrTheIgnoreMark) {
+  // `~` names an ignored input, which has no fields to name.
+  EXPECT_EQ(report("function f(~)\narguments\n  ~.Name double\nend\nend\n"),
+            std::vector<std::string>{
+                "3:4: expected ';', ',' or the end of the line after the statement but found '.'"});
+  EXPECT_EQ(report("function f(x)\narguments\n  x\n  3\nend\nend\n"),
+            std::vector<std::string>{"4:3: expected identifier as an argument name or '~' but found number 3"});
+}
+
 TEST(SyntaxErrors, StopAfterTheLimitWithASummary) {
   std::string source;
   for (int i = 0; i < 150; ++i) source += "x = );\n";

@@ -56,6 +56,15 @@ TEST(ClassSyntax, AttributesAreClassifiedByNameAndPlace) {
       "  end\n"
       "  events (ListenAccess = public, SetAccess = private)\n"
       "  end\n"
+      "  methods\n"
+      "    function f(obj, varargin)\n"
+      "      arguments (Repeating, Static)\n"
+      "        varargin\n"
+      "      end\n"
+      "      arguments (Output, Input, Access = private)\n"
+      "      end\n"
+      "    end\n"
+      "  end\n"
       "end\n");
   std::map<std::string, AttributeValueType> types;
   for (ast::Attribute const* attribute : nodesOf<ast::Attribute>(result, NodeKind::Attribute)) {
@@ -77,6 +86,12 @@ TEST(ClassSyntax, AttributesAreClassifiedByNameAndPlace) {
       {"MethodsBlock.Constant", AttributeValueType::Unknown},
       {"EventsBlock.ListenAccess", AttributeValueType::AccessModifier},
       {"EventsBlock.SetAccess", AttributeValueType::Unknown},
+      // An arguments block says what it validates, and takes nothing else.
+      {"ArgumentsBlock.Repeating", AttributeValueType::Logical},
+      {"ArgumentsBlock.Output", AttributeValueType::Logical},
+      {"ArgumentsBlock.Input", AttributeValueType::Logical},
+      {"ArgumentsBlock.Static", AttributeValueType::Unknown},
+      {"ArgumentsBlock.Access", AttributeValueType::Unknown},
   };
   EXPECT_EQ(types, expected);
   std::ostringstream printed;
@@ -93,6 +108,20 @@ std::vector<bool> superclassCalls(std::string const& source, std::string const& 
     answers.push_back(ca::astapi::isSuperclassConstructorCall(*operation));
   }
   return answers;
+}
+
+TEST(ClassSyntax, AClassFolderIsTheFolderDirectlyAroundTheFile) {
+  auto folderOf = [](std::string const& path) {
+    return fl::i18n::to_utf8(ast::getClassFolderName(*parsed("x = 1;\n", path).tree->getProgram()));
+  };
+  EXPECT_EQ(folderOf("@C/m.m"), "C");
+  EXPECT_EQ(folderOf("/src/+pkg/@Shape/area.m"), "Shape");
+  EXPECT_EQ(folderOf("src\\@Shape\\area.m"), "Shape");
+  EXPECT_EQ(folderOf("src//@Shape//area.m"), "Shape");
+  EXPECT_EQ(folderOf("@Shape/private/area.m"), "");
+  EXPECT_EQ(folderOf("src/Shape/area.m"), "");
+  EXPECT_EQ(folderOf("src/@/area.m"), "");
+  EXPECT_EQ(folderOf("area.m"), "");
 }
 
 TEST(ClassSyntax, SuperclassConstructorCallsAreTheObjectAtSuperInAConstructor) {
