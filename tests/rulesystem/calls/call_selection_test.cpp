@@ -128,22 +128,28 @@ class BareAnalysis final : public ca::Analysis {
 TEST(CallSelectionFailures, AnAnalysisThatIsNoAnalysisImplRaisesBadCastAndAnEmptySinkBadFunctionCall) {
   auto const analysed = analyse("function f(x)\ny = max(x, 1);\nend\n", "f.m");
   BareAnalysis const bare(*analysed.analysis);
-  {
-    AllNodes all;
-    allCalls(all);
-    EXPECT_THROW(all.execute(bare, nullptr), std::bad_cast);
-  }
-  {
-    AllNodes all;
-    upcast<Node const&>(all.numberLiteral) | getClosestCall();
-    EXPECT_THROW(all.execute(bare, nullptr), std::bad_cast);
-  }
-  // A sink is called as it is: an empty one raises what std::function does.
-  Node const* one = nullptr;
-  plexus::testing::detail::eachNodeInWalkOrder(*analysed.analysis->getProgram(), [&one](Node const& node) {
-    if (lf::astapi::isA<NumberLiteral>(node)) one = &node;
+  ParenOperation const* call = nullptr;
+  NumberLiteral const* one = nullptr;
+  plexus::testing::detail::eachNodeInWalkOrder(*analysed.analysis->getProgram(), [&](Node const& node) {
+    if (auto const* paren = lf::astapi::dynCast<ParenOperation>(node)) call = paren;
+    if (auto const* number = lf::astapi::dynCast<NumberLiteral>(node)) one = number;
   });
-  ASSERT_NE(one, nullptr);
+  ASSERT_TRUE(call != nullptr && one != nullptr);
+
+  // The items go straight to the roots, so that nothing but the stages asks
+  // the analysis.
+  AllNodes all;
+  Lines received;
+  plexus::testing::recordHits(allCalls(all), received, analysed.describer());
+  plexus::testing::recordHits(upcast<Node const&>(all.numberLiteral) | getClosestCall(), received,
+                              analysed.describer());
+  EXPECT_THROW(all.parenOperation->produce(*call, bare, nullptr), std::bad_cast);
+  EXPECT_THROW(all.numberLiteral->produce(*one, bare, nullptr), std::bad_cast);
+  all.parenOperation->produce(*call, *analysed.analysis, nullptr);
+  all.numberLiteral->produce(*one, *analysed.analysis, nullptr);
+  EXPECT_EQ(received, Lines({"2:5 max(x, 1)", "2:5 max(x, 1)"}));
+
+  // A sink is called as it is: an empty one raises what std::function does.
   EXPECT_THROW(getClosestCall()->select(*one, *analysed.analysis, {}), std::bad_function_call);
 }
 
