@@ -68,6 +68,8 @@
 /// `rulesystem/graph/subrule.hpp` (one branch asking another), and
 /// `rulesystem/execution/all_nodes.hpp` (the roots and the run).
 
+#include "rulesystem/calls/call_arguments.hpp"
+#include "rulesystem/calls/call_selection.hpp"
 #include "rulesystem/execution/all_nodes.hpp"
 #include "rulesystem/execution/message_helper.hpp"
 #include "rulesystem/execution/profiler.hpp"
