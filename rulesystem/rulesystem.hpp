@@ -85,3 +85,5 @@
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
 #include "rulesystem/syntax/isa.hpp"
+#include "rulesystem/syntax/node_relations.hpp"
+#include "rulesystem/syntax/operators_and_fields.hpp"
