@@ -83,3 +83,4 @@
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
 #include "rulesystem/syntax/isa.hpp"
+#include "rulesystem/syntax/signature_counts.hpp"
