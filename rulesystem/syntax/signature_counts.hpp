@@ -45,8 +45,6 @@ struct ArgCountInterval {
 
   std::uint64_t min = 0;
   std::uint64_t max = 0;
-
-  friend bool operator==(ArgCountInterval const&, ArgCountInterval const&) = default;
 };
 
 // The six comparisons of an interval with a number `c`, each true only when
