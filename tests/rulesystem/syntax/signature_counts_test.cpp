@@ -59,6 +59,7 @@ TEST(SignatureCounts, EmptyListsOpenEndedNamesAndIgnoredInputs) {
   EXPECT_FALSE(passes(nothing, [] { return functionOutputs{} != 0; }));
   EXPECT_TRUE(passes(nothing, [] { return functionOutputs{} <= 0; }));
   EXPECT_FALSE(passes(nothing, [] { return functionOutputs{} > 0; }));
+  EXPECT_TRUE(passes(nothing, [] { return functionOutputs{} < 1; }));
   EXPECT_TRUE(passes(nothing, [] { return functionInputs{} == 0; }));
 
   std::string const onlyVarargin = "function f(varargin)\nend\n";
@@ -72,6 +73,7 @@ TEST(SignatureCounts, EmptyListsOpenEndedNamesAndIgnoredInputs) {
   EXPECT_TRUE(passes(openOutputs, [] { return functionOutputs{} >= 2; }));
   EXPECT_FALSE(passes(openOutputs, [] { return functionOutputs{} >= 3; }));
   EXPECT_FALSE(passes(openOutputs, [] { return functionOutputs{} <= 1000; }));
+  EXPECT_FALSE(passes(openOutputs, [] { return functionOutputs{} < 4294967295u; }));
 
   // In a file of several functions, each is counted by its own signature.
   std::string const file =
