@@ -84,6 +84,8 @@
 #include "rulesystem/graph/subrule.hpp"
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
+#include "rulesystem/syntax/attributes.hpp"
 #include "rulesystem/syntax/isa.hpp"
 #include "rulesystem/syntax/node_relations.hpp"
 #include "rulesystem/syntax/operators_and_fields.hpp"
+#include "rulesystem/syntax/signature_counts.hpp"

@@ -136,12 +136,21 @@ void eachNodeInWalkOrder(ca::ast::Node const& node, Visit const& visit) {
   });
 }
 
-/// The nodes of class X of the analysed file, in walk order.
+/// The nodes that the root of class X receives, in walk order: those of its
+/// own kind, as the walk hands them out (a method is no `Function` there),
+/// and for `Method`, which owns no kind, both method kinds.
 template <class X>
 Naive<X const&> nodesOf() {
   return Naive<X const&>([](ca::Analysis const& analysis, typename Naive<X const&>::Yield const& yield) {
     eachNodeInWalkOrder(*analysis.getProgram(), [&yield](ca::ast::Node const& node) {
-      if (lf::astapi::isA<X>(node)) yield(static_cast<X const&>(node));
+      // Method inherits the `Kind` of Function, so it is told by its class.
+      bool feedsRoot = false;
+      if constexpr (std::is_same_v<X, ca::ast::Method>) {
+        feedsRoot = lf::astapi::isA<X>(node);
+      } else {
+        feedsRoot = node.getKind() == X::Kind;
+      }
+      if (feedsRoot) yield(static_cast<X const&>(node));
     });
   });
 }

@@ -7,7 +7,18 @@ using namespace ca::rulesystem;
 
 std::vector<ReferencePipeline> attributePipelines() {
   return {
-      PLEXUS_PIPELINE(upcast<Node const&>(all.assignment) | isa<Assignment>()),
+      PLEXUS_PIPELINE(all.attribute | isLabelAttribute()),
+      PLEXUS_PIPELINE(all.attribute | isMetaClassAttribute()),
+      // One stage class with two values, printed apart.
+      PLEXUS_PIPELINE(all.attribute | isAccessAttributeWithoutImmutable()),
+      PLEXUS_PIPELINE(all.attribute | isAccessAttributeWithImmutable()),
+      PLEXUS_PIPELINE(all.attribute | isLogicalAttribute()),
+      PLEXUS_PIPELINE(all.attribute | isUnknownAttribute()),
+      PLEXUS_PIPELINE(all.attribute | !isAccessAttributeWithImmutable() | isLogicalAttribute()),
+      PLEXUS_PIPELINE(all.argument | isNamedArgumentByClass()),
+      PLEXUS_PIPELINE(all.argument | isNamedArgumentByField()),
+      PLEXUS_PIPELINE(all.argument | !isNamedArgumentByField() | !isNamedArgumentByClass()),
+      PLEXUS_PIPELINE(all.argument | isIgnoredArgument()),
   };
 }
 

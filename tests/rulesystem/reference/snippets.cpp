@@ -298,6 +298,14 @@ end
       {"EmptyFunction", "empty.m", R"(function empty
 end
 )"},
+      {"ClassAndMethodLabels", "LedgerTest.m", R"(classdef (TestTags = {'unit'}) LedgerTest < handle
+    methods (ParameterCombination = 'pairwise', Static)
+        function r = check(a, b, varargin)
+            r = a + b;
+        end
+    end
+end
+)"},
   };
 }
 
