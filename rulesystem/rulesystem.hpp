@@ -82,4 +82,6 @@
 #include "rulesystem/graph/subrule.hpp"
 #include "rulesystem/graph/switch.hpp"
 #include "rulesystem/graph/tree_types.hpp"
+#include "rulesystem/syntax/identifiers.hpp"
 #include "rulesystem/syntax/isa.hpp"
+#include "rulesystem/syntax/symbols.hpp"
