@@ -85,8 +85,11 @@ std::unique_ptr<Predicate<ca::Symbol const&>> isSymbolLastOutputVariable() {
       PLEXUS_INVARIANT(!occurrences.empty(), "a symbol of the table has an occurrence");
       if (occurrences.empty()) return false;
       Identifier const* const first = occurrences.front();
+      // An output of a nested function that the enclosing function shares
+      // first occurs in the enclosing body, under no function: it is not
+      // judged by a later occurrence, and a valid program must not stop the
+      // run, so it does not pass.
       auto const* const function = lf::astapi::dynCast<Function>(first->getParent());
-      PLEXUS_INVARIANT(function != nullptr, "the first occurrence of an output variable stands in a function's outputs");
       if (function == nullptr) return false;
       auto const outputs = function->getOutputs();
       return !outputs.empty() && outputs.back() == first;

@@ -64,7 +64,8 @@ std::unique_ptr<Predicate<ca::Symbol const&>> isSymbolGlobalVariable();
 std::unique_ptr<Predicate<ca::Symbol const&>> isSymbolPersistentVariable();
 
 /// Keeps the output variables that stand last in their function's output
-/// list, judged by the first occurrence, which is in that list.
+/// list, judged by the first occurrence alone: one that first occurs outside
+/// an output list (shared with an enclosing function) does not pass.
 ///   all.program | getAllSymbols() | isSymbolLastOutputVariable()
 std::unique_ptr<Predicate<ca::Symbol const&>> isSymbolLastOutputVariable();
 

@@ -298,6 +298,11 @@ end
       {"EmptyFunction", "empty.m", R"(function empty
 end
 )"},
+      {"OutputReadButNeverAssigned", "unset.m", R"(function [y, z] = unset(x)
+disp(y);
+z = x;
+end
+)"},
   };
 }
 

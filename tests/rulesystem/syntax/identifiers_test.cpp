@@ -170,7 +170,8 @@ TEST(Spelling, RestrictedExternalNamesPassOnTheSpellingAlone) {
 TEST(Length, StrictBoundsEitherWayRoundAndOneStagePerBound) {
   AnalysedSnippet const snippet = analyse("abcd = 1;\nabcde = 2;\nabcdef = 3;\n");
   auto const kept = [&](auto make) {
-    return hitsOf(snippet, [&](auto& all) { return all.program | getAllSymbols() | getFirstSymbolOccurrence() | make(); });
+    return hitsOf(snippet,
+                  [&](auto& all) { return all.program | getAllSymbols() | getFirstSymbolOccurrence() | make(); });
   };
   // Five units pass neither bound.
   EXPECT_EQ(kept([] { return identifierLength{} < 5; }), Lines({"1:1 abcd"}));
@@ -301,7 +302,9 @@ TEST(IdentifierUse, TheUseAndClassObjectQuestionsNeedTheFrontEndsAnalysisAndTheO
                         hasToskAnnotation{ToskAnnotation::ObjectParameter};
                }),
                std::bad_cast);
-  EXPECT_EQ(runOver([](auto& all) { return all.program | getAllSymbols() | getFirstSymbolOccurrence() | isInputVariable(); }),
+  EXPECT_EQ(runOver([](auto& all) {
+              return all.program | getAllSymbols() | getFirstSymbolOccurrence() | isInputVariable();
+            }),
             Lines({"1:10 obj", "1:30 amount"}));
 }
 

@@ -197,8 +197,11 @@ TEST(SymbolName, NamesMeetInOneSwitchAndMatchExactly) {
   // No name, no case: nothing passes.
   auto const none = isSymbolName(std::set<std::u16string>{});
   EXPECT_TRUE(none->getKeys().empty());
-  EXPECT_EQ(plexus::testing::naiveHitsOf(
-                snippet, [](auto& roots) { return roots.program | getAllSymbols() | isSymbolName(std::set<std::u16string>{}); }),
+  EXPECT_EQ(plexus::testing::naiveHitsOf(snippet,
+                                         [](auto& roots) {
+                                           return roots.program | getAllSymbols() |
+                                                  isSymbolName(std::set<std::u16string>{});
+                                         }),
             Lines());
 }
 
