@@ -306,6 +306,11 @@ end
     end
 end
 )"},
+      {"OutputReadButNeverAssigned", "unset.m", R"(function [y, z] = unset(x)
+disp(y);
+z = x;
+end
+)"},
   };
 }
 
