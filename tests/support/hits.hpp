@@ -97,6 +97,20 @@ class SubstitutingProvider final : public ca::clients::AnalysisProvider {
   std::map<ca::astapi::StringId, Make> made_;
 };
 
+/// An analysis of another make than the front end's (no `AnalysisImpl`), over
+/// the tree and symbols of one that is: the stages that need the front end's
+/// analyses must refuse it, the others must not mind.
+class ForeignAnalysis final : public ca::Analysis {
+ public:
+  explicit ForeignAnalysis(ca::Analysis const& wrapped) : wrapped_(&wrapped) {}
+  ca::ast::Program const* getProgram() const override { return wrapped_->getProgram(); }
+  ca::FileType getFileType() const override { return wrapped_->getFileType(); }
+  ca::nameresolution::SymbolTable const* getSymbolTable() const override { return wrapped_->getSymbolTable(); }
+
+ private:
+  ca::Analysis const* wrapped_;
+};
+
 /// One analysed snippet, kept with its source for the descriptions.
 struct AnalysedSnippet {
   std::string source;

@@ -113,21 +113,9 @@ TEST(GetClosestCall, GivesTheCallAroundANodeAndNothingOutsideAnyCall) {
   EXPECT_EQ(vertex->detailsDescription(), u"GetClosestCall");
 }
 
-/// An analysis of a tree with no analyses behind it: not an AnalysisImpl.
-class BareAnalysis final : public ca::Analysis {
- public:
-  explicit BareAnalysis(ca::clients::AnalysisImpl const& real) : real_(&real) {}
-  ca::ast::Program const* getProgram() const override { return real_->getProgram(); }
-  ca::FileType getFileType() const override { return real_->getFileType(); }
-  ca::nameresolution::SymbolTable const* getSymbolTable() const override { return real_->getSymbolTable(); }
-
- private:
-  ca::clients::AnalysisImpl const* real_;
-};
-
 TEST(CallSelectionFailures, AnAnalysisThatIsNoAnalysisImplRaisesBadCastAndAnEmptySinkBadFunctionCall) {
   auto const analysed = analyse("function f(x)\ny = max(x, 1);\nend\n", "f.m");
-  BareAnalysis const bare(*analysed.analysis);
+  plexus::testing::ForeignAnalysis const bare(*analysed.analysis);
   ParenOperation const* call = nullptr;
   NumberLiteral const* one = nullptr;
   plexus::testing::detail::eachNodeInWalkOrder(*analysed.analysis->getProgram(), [&](Node const& node) {

@@ -61,21 +61,6 @@ AnalysedSnippet analyseWithTosk(std::string source, std::string const& path, std
                    }}});
 }
 
-/// An analysis of a parsed tree that is no AnalysisImpl, and so has no way
-/// to the class-object analysis.
-class BareAnalysis final : public ca::Analysis {
- public:
-  explicit BareAnalysis(AnalysedSnippet snippet) : snippet_(std::move(snippet)) {}
-  Program const* getProgram() const override { return snippet_.analysis->getProgram(); }
-  ca::FileType getFileType() const override { return snippet_.analysis->getFileType(); }
-  ca::nameresolution::SymbolTable const* getSymbolTable() const override {
-    return snippet_.analysis->getSymbolTable();
-  }
-
- private:
-  AnalysedSnippet snippet_;
-};
-
 TEST(Attributes, EachClassificationMatchesExactlyItsOwnValue) {
   std::string const source =
       "classdef (Sealed, InferiorClasses = {?Other}, TestTags = {'a'}) Account < handle\n"
@@ -136,13 +121,15 @@ TEST(Attributes, LogicalAndUnknownAskTheClassObjectAnalysisOnlyWhenTheTreeCannot
 
   // Without an AnalysisImpl there is no class-object analysis to ask: the
   // cast fails, but only where the tree could not settle the answer.
-  BareAnalysis const settled(analyse("classdef (Sealed) A\nend\n", "A.m"));
+  AnalysedSnippet const settledSnippet = analyse("classdef (Sealed) A\nend\n", "A.m");
+  plexus::testing::ForeignAnalysis const settled(*settledSnippet.analysis);
   NaiveRoots roots;
   std::vector<std::string> passed;
   (roots.attribute | isLogicalAttribute()).each(settled, [&](Attribute const& a) { passed.push_back(nameOf(a)); });
   (roots.attribute | isUnknownAttribute()).each(settled, [&](Attribute const& a) { passed.push_back(nameOf(a)); });
   EXPECT_EQ(passed, Lines({"Sealed"}));
-  BareAnalysis const unsettled(analyse("classdef (Mystery) A\nend\n", "A.m"));
+  AnalysedSnippet const unsettledSnippet = analyse("classdef (Mystery) A\nend\n", "A.m");
+  plexus::testing::ForeignAnalysis const unsettled(*unsettledSnippet.analysis);
   EXPECT_THROW((roots.attribute | isLogicalAttribute()).each(unsettled, [](Attribute const&) {}), std::bad_cast);
   EXPECT_THROW((roots.attribute | isUnknownAttribute()).each(unsettled, [](Attribute const&) {}), std::bad_cast);
 }

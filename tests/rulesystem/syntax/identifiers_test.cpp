@@ -21,6 +21,7 @@ using namespace ca::rulesystem;
 using ca::core::ToskAnnotation;
 using plexus::testing::analyse;
 using plexus::testing::AnalysedSnippet;
+using plexus::testing::ForeignAnalysis;
 using plexus::testing::hitsOf;
 using plexus::testing::Lines;
 
@@ -268,19 +269,6 @@ TEST(ToskAnnotation, KeepsTheIdentifiersTheClassObjectAnalysisAnnotates) {
   EXPECT_NE(objects, others);
   EXPECT_EQ(others->detailsDescription(), u"HasToskAnnotation ToskAnnotation(7)");
 }
-
-/// An analysis of another make than the front end's, over the same tree and
-/// symbols.
-class ForeignAnalysis final : public ca::Analysis {
- public:
-  explicit ForeignAnalysis(ca::Analysis const& wrapped) : wrapped_(&wrapped) {}
-  ca::ast::Program const* getProgram() const override { return wrapped_->getProgram(); }
-  ca::FileType getFileType() const override { return wrapped_->getFileType(); }
-  ca::nameresolution::SymbolTable const* getSymbolTable() const override { return wrapped_->getSymbolTable(); }
-
- private:
-  ca::Analysis const* wrapped_;
-};
 
 TEST(IdentifierUse, TheUseAndClassObjectQuestionsNeedTheFrontEndsAnalysisAndTheOthersDoNot) {
   AnalysedSnippet const snippet = analyseWithObjects(methodSource);

@@ -138,19 +138,6 @@ TEST(IsFollowedBy, AsksWhatControlReachesNextFromTheStatement) {
   EXPECT_EQ(beforePrint->detailsDescription(), u"IsFollowedBy");
 }
 
-/// An analysis of the walk's own making, which no stage may take for the
-/// front end's.
-class BareAnalysis final : public ca::Analysis {
- public:
-  explicit BareAnalysis(ca::clients::AnalysisImpl const& real) : real_(&real) {}
-  ca::ast::Program const* getProgram() const override { return real_->getProgram(); }
-  ca::FileType getFileType() const override { return real_->getFileType(); }
-  ca::nameresolution::SymbolTable const* getSymbolTable() const override { return real_->getSymbolTable(); }
-
- private:
-  ca::clients::AnalysisImpl const* real_;
-};
-
 TEST(IsInAtDirectory, IsTrueDirectlyInAFolderStartingWithAtAndNowhereElse) {
   auto const inFolder = [](std::string const& path) {
     return !hits("x = 1;\n", [](auto& all) { return all.numberLiteral | isInAtDirectory(); }, path).empty();
@@ -174,7 +161,7 @@ TEST(IsInAtDirectory, IsTrueDirectlyInAFolderStartingWithAtAndNowhereElse) {
   Lines lines;
   plexus::testing::recordHits(atFolder, lines, plexus::testing::ItemDescriber(nullptr));
   auto const snippet = analyse("x = 1;\n", "@Account/withdraw.m");
-  BareAnalysis const bare(*snippet.analysis);
+  plexus::testing::ForeignAnalysis const bare(*snippet.analysis);
   EXPECT_THROW(all.execute(bare, nullptr), std::bad_cast);
   EXPECT_TRUE(lines.empty());
 }
