@@ -8,36 +8,27 @@
 #include "rulesystem/execution/all_nodes.hpp"
 #include "rulesystem/syntax/isa.hpp"
 #include "rulesystem/syntax/node_relations.hpp"
-#include "tests/support/hits.hpp"
+#include "tests/support/checked_hits.hpp"
 
 namespace {
 
 using namespace ca::rulesystem;
 using lf::astapi::NodeKind;
 using plexus::testing::analyse;
+using plexus::testing::checkedHitsOf;
 using plexus::testing::Lines;
 
-/// What the graph's consumer receives, after checking that the pipeline's
-/// stages run alone give the same.
-template <class Pipeline>
-Lines hits(std::string const& source, Pipeline pipeline, std::string const& path = "t.m") {
-  auto const snippet = analyse(source, path);
-  Lines const graph = plexus::testing::hitsOf(snippet, pipeline);
-  EXPECT_EQ(graph, plexus::testing::naiveHitsOf(snippet, pipeline)) << source;
-  return graph;
-}
-
 TEST(GetParent, GivesTheParentOfTheClassAskedForAndNothingElse) {
-  EXPECT_EQ(hits("x = 1 + 2;\n", [](auto& all) { return upcast<Node const&>(all.numberLiteral) | getParent<Node>(); }),
+  EXPECT_EQ(checkedHitsOf("x = 1 + 2;\n", [](auto& all) { return upcast<Node const&>(all.numberLiteral) | getParent<Node>(); }),
             Lines({"1:5 1 + 2", "1:5 1 + 2"}));
   // A field's parent is its dot operation: `b` in `a.b.c` is the field of
   // the inner one. A named argument's field has no dot above it.
-  EXPECT_EQ(hits("a.b.c = f(Name=1);\n",
+  EXPECT_EQ(checkedHitsOf("a.b.c = f(Name=1);\n",
                  [](auto& all) { return upcast<Node const&>(all.field) | getParent<DotOperation>(); }),
             Lines({"1:1 a.b", "1:1 a.b.c"}));
   // The root has no parent, and a parent of another class gives nothing.
-  EXPECT_EQ(hits("x = 1;\n", [](auto& all) { return upcast<Node const&>(all.program) | getParent<Node>(); }), Lines());
-  EXPECT_EQ(hits("x = 1;\n",
+  EXPECT_EQ(checkedHitsOf("x = 1;\n", [](auto& all) { return upcast<Node const&>(all.program) | getParent<Node>(); }), Lines());
+  EXPECT_EQ(checkedHitsOf("x = 1;\n",
                  [](auto& all) { return upcast<Node const&>(all.numberLiteral) | getParent<DotOperation>(); }),
             Lines());
 
@@ -49,26 +40,26 @@ TEST(GetParent, GivesTheParentOfTheClassAskedForAndNothingElse) {
 }
 
 TEST(IsDirectChildOf, KeepsTheNodesWhoseParentIsOfTheClass) {
-  EXPECT_EQ(hits("hold on\nx = 'on';\n", [](auto& all) { return all.charVectorLiteral | isDirectChildOf<CommandInvocation>(); }),
+  EXPECT_EQ(checkedHitsOf("hold on\nx = 'on';\n", [](auto& all) { return all.charVectorLiteral | isDirectChildOf<CommandInvocation>(); }),
             Lines({"1:6 on"}));
   // A field under a named argument is no field of a dot.
-  EXPECT_EQ(hits("s.a = f(x, Name=1);\n",
+  EXPECT_EQ(checkedHitsOf("s.a = f(x, Name=1);\n",
                  [](auto& all) { return upcast<Node const&>(all.field) | isDirectChildOf<DotOperation>(); }),
             Lines({"1:3 a"}));
   std::string const assignments = "[a, b] = f(1);\nc = g(2);\nd = [h(3)];\n";
-  EXPECT_EQ(hits(assignments,
+  EXPECT_EQ(checkedHitsOf(assignments,
                  [](auto& all) { return upcast<Node const&>(all.parenOperation) | isDirectChildOf<Assignment>(); }),
             Lines({"2:5 g(2)"}));
-  EXPECT_EQ(hits(assignments,
+  EXPECT_EQ(checkedHitsOf(assignments,
                  [](auto& all) {
                    return upcast<Node const&>(all.parenOperation) | isDirectChildOf<MultiLhsAssignment>();
                  }),
             Lines({"1:10 f(1)"}));
   // A literal has no children; the root is the child of nothing.
-  EXPECT_EQ(hits("x = 'a';\nhold on\n",
+  EXPECT_EQ(checkedHitsOf("x = 'a';\nhold on\n",
                  [](auto& all) { return upcast<Node const&>(all.charVectorLiteral) | isDirectChildOf<CharVectorLiteral>(); }),
             Lines());
-  EXPECT_EQ(hits("x = 1;\n", [](auto& all) { return upcast<Node const&>(all.program) | isDirectChildOf<Assignment>(); }),
+  EXPECT_EQ(checkedHitsOf("x = 1;\n", [](auto& all) { return upcast<Node const&>(all.program) | isDirectChildOf<Assignment>(); }),
             Lines());
 
   AllNodes all;
@@ -83,17 +74,17 @@ TEST(IsDirectChildOf, KeepsTheNodesWhoseParentIsOfTheClass) {
 
 TEST(IsNthItemInList, CountsFromOneInArgumentListsCommandsAndImportsButNotTheCalledNode) {
   std::string const source = "y = f(a, 2, 3);\nz = c{1, 2};\nformat long g\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.numberLiteral | isNthItemInList(2); }),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.numberLiteral | isNthItemInList(2); }),
             Lines({"1:10 2", "2:10 2"}));
   // Two arguments have no third.
-  EXPECT_EQ(hits(source, [](auto& all) { return all.numberLiteral | isNthItemInList(3); }), Lines({"1:13 3"}));
-  EXPECT_EQ(hits(source, [](auto& all) { return all.charVectorLiteral | isNthItemInList(2); }), Lines({"3:13 g"}));
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.numberLiteral | isNthItemInList(3); }), Lines({"1:13 3"}));
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.charVectorLiteral | isNthItemInList(2); }), Lines({"3:13 g"}));
   // The called expression is not the first argument; a call that is one is.
-  EXPECT_EQ(hits("x = f(1)(2);\ny = h(g(3));\n",
+  EXPECT_EQ(checkedHitsOf("x = f(1)(2);\ny = h(g(3));\n",
                  [](auto& all) { return upcast<Node const&>(all.parenOperation) | isNthItemInList(1); }),
             Lines({"2:7 g(3)"}));
   // Outside these lists nothing has a position.
-  EXPECT_EQ(hits("x = [1, 2];\n", [](auto& all) { return all.numberLiteral | isNthItemInList(1); }), Lines());
+  EXPECT_EQ(checkedHitsOf("x = [1, 2];\n", [](auto& all) { return all.numberLiteral | isNthItemInList(1); }), Lines());
 
   // The parts of an import are items too; no root hands them out alone.
   auto const snippet = analyse("import pkg.sub.fn\nfn(1);\n");
@@ -112,18 +103,18 @@ TEST(IsNthItemInList, CountsFromOneInArgumentListsCommandsAndImportsButNotTheCal
 
 TEST(IsFollowedBy, AsksWhatControlReachesNextFromTheStatement) {
   std::string const script = "x = 1;\ny = 2;\nz = 3;\ndisp(z)\n";
-  EXPECT_EQ(hits(script,
+  EXPECT_EQ(checkedHitsOf(script,
                  [](auto& all) { return upcast<Node const&>(all.assignment) | isFollowedBy(NodeKind::Assignment); }),
             Lines({"1:1 x = 1", "2:1 y = 2"}));
-  EXPECT_EQ(hits(script,
+  EXPECT_EQ(checkedHitsOf(script,
                  [](auto& all) { return upcast<Node const&>(all.assignment) | isFollowedBy(NodeKind::PrintStatement); }),
             Lines({"3:1 z = 3"}));
   // The end of a body goes back to its function.
-  EXPECT_EQ(hits("function f\nif true\n    x = 1;\nend\ny = 2;\nend\n",
+  EXPECT_EQ(checkedHitsOf("function f\nif true\n    x = 1;\nend\ny = 2;\nend\n",
                  [](auto& all) { return upcast<Node const&>(all.assignment) | isFollowedBy(NodeKind::Function); }),
             Lines({"5:1 y = 2"}));
   // A printed expression stands for its statement.
-  EXPECT_EQ(hits("numel(1)\ny = 2;\n",
+  EXPECT_EQ(checkedHitsOf("numel(1)\ny = 2;\n",
                  [](auto& all) { return upcast<Node const&>(all.parenOperation) | isFollowedBy(NodeKind::Assignment); }),
             Lines({"1:1 numel(1)"}));
 
@@ -140,7 +131,7 @@ TEST(IsFollowedBy, AsksWhatControlReachesNextFromTheStatement) {
 
 TEST(IsInAtDirectory, IsTrueDirectlyInAFolderStartingWithAtAndNowhereElse) {
   auto const inFolder = [](std::string const& path) {
-    return !hits("x = 1;\n", [](auto& all) { return all.numberLiteral | isInAtDirectory(); }, path).empty();
+    return !checkedHitsOf("x = 1;\n", [](auto& all) { return all.numberLiteral | isInAtDirectory(); }, path).empty();
   };
   EXPECT_TRUE(inFolder("@Account/withdraw.m"));
   EXPECT_TRUE(inFolder("/home/me/project/@Shape/area.m"));
@@ -170,7 +161,7 @@ TEST(IsFileType, KeepsTheProgramOfFilesOfThatSort) {
   auto const sortOf = [](std::string const& source) {
     Lines found;
     for (ca::FileType type : {ca::FileType::Script, ca::FileType::Function, ca::FileType::Class}) {
-      if (!hits(source, [type](auto& all) { return all.program | isFileType(type); }).empty()) {
+      if (!checkedHitsOf(source, [type](auto& all) { return all.program | isFileType(type); }).empty()) {
         fl::i18n::TextStream text;
         text << type;
         found.push_back(fl::i18n::to_utf8(text.str()));

@@ -11,7 +11,7 @@
 #include "rulesystem/graph/combine.hpp"
 #include "rulesystem/syntax/node_relations.hpp"
 #include "rulesystem/syntax/operators_and_fields.hpp"
-#include "tests/support/hits.hpp"
+#include "tests/support/checked_hits.hpp"
 #include "tests/support/recorder.hpp"
 
 namespace {
@@ -20,17 +20,8 @@ using namespace ca::rulesystem;
 using lf::astapi::BinaryOperator;
 using lf::astapi::UnaryOperator;
 using plexus::testing::analyse;
+using plexus::testing::checkedHitsOf;
 using plexus::testing::Lines;
-
-/// What the graph's consumer receives, after checking that the pipeline's
-/// stages run alone give the same.
-template <class Pipeline>
-Lines hits(std::string const& source, Pipeline pipeline, std::string const& path = "t.m") {
-  auto const snippet = analyse(source, path);
-  Lines const graph = plexus::testing::hitsOf(snippet, pipeline);
-  EXPECT_EQ(graph, plexus::testing::naiveHitsOf(snippet, pipeline)) << source;
-  return graph;
-}
 
 /// The one switch right behind `producer`, or null.
 template <class In, class Key>
@@ -41,9 +32,9 @@ Switch<In, In, Key> const* switchBehind(Producer<In> const& producer) {
 
 TEST(IsBinaryOperation, OperatorsAreCasesOfOneSwitchAndOneOperatorIsTheSetOfIt) {
   std::string const source = "x = a + b - c * d;\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.binaryOperation | isBinaryOperation(BinaryOperator::Plus); }),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.binaryOperation | isBinaryOperation(BinaryOperator::Plus); }),
             Lines({"1:5 a + b"}));
-  EXPECT_EQ(hits(source,
+  EXPECT_EQ(checkedHitsOf(source,
                  [](auto& all) {
                    return all.binaryOperation | isBinaryOperation(std::set{BinaryOperator::Plus, BinaryOperator::Minus});
                  }),
@@ -64,9 +55,9 @@ TEST(IsBinaryOperation, OperatorsAreCasesOfOneSwitchAndOneOperatorIsTheSetOfIt) 
 
 TEST(IsUnaryOperation, OperatorsAreCasesOfOneSwitchAndOneOperatorIsTheSetOfIt) {
   std::string const source = "x = -a + ~b;\nh = @sin;\nt = a';\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.unaryOperation | isUnaryOperation(UnaryOperator::FunctionHandle); }),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.unaryOperation | isUnaryOperation(UnaryOperator::FunctionHandle); }),
             Lines({"2:5 @sin"}));
-  EXPECT_EQ(hits(source,
+  EXPECT_EQ(checkedHitsOf(source,
                  [](auto& all) {
                    return all.unaryOperation | isUnaryOperation(std::set{UnaryOperator::Minus, UnaryOperator::Not});
                  }),
@@ -85,12 +76,12 @@ TEST(IsUnaryOperation, OperatorsAreCasesOfOneSwitchAndOneOperatorIsTheSetOfIt) {
 
 TEST(GetUnaryOperand, GivesTheIdentifierAfterAtOrQuestionMark) {
   std::string const source = "h = @sin;\nm = ?handle;\n";
-  EXPECT_EQ(hits(source,
+  EXPECT_EQ(checkedHitsOf(source,
                  [](auto& all) {
                    return all.unaryOperation | isUnaryOperation(UnaryOperator::FunctionHandle) | getUnaryOperand();
                  }),
             Lines({"1:6 sin"}));
-  EXPECT_EQ(hits(source,
+  EXPECT_EQ(checkedHitsOf(source,
                  [](auto& all) {
                    return all.unaryOperation | isUnaryOperation(UnaryOperator::Metaclass) | getUnaryOperand();
                  }),
@@ -126,7 +117,7 @@ TEST(IsSuperclassConstructorCall, KeepsTheConstructorsCallNotAMethodsCall) {
       "        end\n"
       "    end\n"
       "end\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.binaryOperation | isSuperclassConstructorCall(); }, "D.m"),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.binaryOperation | isSuperclassConstructorCall(); }, "D.m"),
             Lines({"4:13 obj@B"}));
 
   AllNodes all;
@@ -137,8 +128,8 @@ TEST(IsSuperclassConstructorCall, KeepsTheConstructorsCallNotAMethodsCall) {
 
 TEST(FieldNames, ExactNamesAreKeysOfOneSwitchAndCaseInsensitiveTextsAreStages) {
   std::string const source = "s.name = 1;\ns.Name = 2;\nv = s.nAme + s.names;\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.field | isFieldStringId(u"name"); }), Lines({"1:3 name"}));
-  EXPECT_EQ(hits(source, [](auto& all) { return all.field | isFieldTextCaseInsensitive(u"NAME"); }),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.field | isFieldStringId(u"name"); }), Lines({"1:3 name"}));
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.field | isFieldTextCaseInsensitive(u"NAME"); }),
             Lines({"1:3 name", "2:3 Name", "3:7 nAme"}));
 
   AllNodes all;
@@ -160,8 +151,8 @@ TEST(FieldNames, ExactNamesAreKeysOfOneSwitchAndCaseInsensitiveTextsAreStages) {
 
 TEST(IsFieldLongerThan, CountsTheCharactersOfTheFieldStrictlyAboveTheLimit) {
   std::string const source = "s.abcde = 1;\ns.abcdef = 2;\nv = s.x;\n";
-  EXPECT_EQ(hits(source, [](auto& all) { return all.field | isFieldLongerThan(5); }), Lines({"2:3 abcdef"}));
-  EXPECT_EQ(hits(source, [](auto& all) { return all.field | isFieldLongerThan(0); }),
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.field | isFieldLongerThan(5); }), Lines({"2:3 abcdef"}));
+  EXPECT_EQ(checkedHitsOf(source, [](auto& all) { return all.field | isFieldLongerThan(0); }),
             Lines({"1:3 abcde", "2:3 abcdef", "3:7 x"}));
 
   AllNodes all;
@@ -177,9 +168,9 @@ TEST(FieldOfDotOperation, GivesTheFieldThroughTheMemberFunction) {
   auto const innerDots = [](auto& all) {
     return upcast<Node const&>(all.field) | getParent<DotOperation>() | isDirectChildOf<DotOperation>();
   };
-  EXPECT_EQ(hits(source, [&](auto& all) { return innerDots(all) | &DotOperation::getField; }),
+  EXPECT_EQ(checkedHitsOf(source, [&](auto& all) { return innerDots(all) | &DotOperation::getField; }),
             Lines({"1:7 inner"}));
-  EXPECT_EQ(hits(source,
+  EXPECT_EQ(checkedHitsOf(source,
                  [](auto& all) {
                    return upcast<Node const&>(all.field) | getParent<DotOperation>() | &DotOperation::getField |
                           isFieldStringId(u"deep");
