@@ -10,7 +10,9 @@
 #include "frontend/parse.hpp"
 #include "frontend/source_file_reader.hpp"
 #include "frontend/tree_dump.hpp"
+#include "tools/check/check_run.hpp"
 #include "tools/plexus/source_files.hpp"
+#include "tools/rules/rule_table.hpp"
 
 namespace {
 
@@ -65,6 +67,53 @@ int runDump(std::string const& path) {
   return result.hasErrors() ? 1 : 0;
 }
 
+struct CheckArguments {
+  std::vector<std::string> paths;
+  std::vector<std::string> excludes;
+  std::vector<std::string> enable;
+  std::vector<std::string> disable;
+  unsigned jobs = 0;
+  bool listRules = false;
+};
+
+int runListRules() {
+  for (plexus::rules::RuleDefinition const& rule : plexus::rules::ruleTable()) {
+    fmt::print("{:<44} {:<8} {}\n", rule.id, plexus::rules::severityName(rule.severity), rule.summary);
+  }
+  return 0;
+}
+
+int runCheck(CheckArguments const& arguments) {
+  if (arguments.listRules) return runListRules();
+  bool usageError = false;
+  for (auto const* ids : {&arguments.enable, &arguments.disable}) {
+    for (std::string const& id : plexus::check::unknownRuleIds(*ids)) {
+      fmt::print(stderr, "plexus: unknown rule id '{}' (plexus check --list-rules lists them)\n", id);
+      usageError = true;
+    }
+  }
+  if (usageError) return 2;
+  plexus::check::CheckOptions options;
+  if (!arguments.paths.empty()) options.paths = arguments.paths;
+  options.excludes = arguments.excludes;
+  options.jobs = arguments.jobs;
+  plexus::check::applyCommandLine(options.selection, arguments.enable, arguments.disable);
+  plexus::check::CheckReport const report = plexus::check::runCheck(options);
+  for (plexus::check::Finding const& finding : report.findings) {
+    if (finding.range.line == 0) {
+      fmt::print("{}: {}: {} [{}]\n", finding.path, plexus::rules::severityName(finding.severity), finding.message,
+                 finding.rule->id);
+    } else {
+      fmt::print("{}:{}:{}: {}: {} [{}]\n", finding.path, finding.range.line, finding.range.column,
+                 plexus::rules::severityName(finding.severity), finding.message, finding.rule->id);
+    }
+  }
+  std::fflush(stdout);
+  for (std::string const& error : report.inputErrors) fmt::print(stderr, "{}\n", error);
+  if (!report.inputErrors.empty()) return 2;
+  return report.findings.empty() ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -80,10 +129,28 @@ int main(int argc, char** argv) {
   CLI::App* dump = app.add_subcommand("dump", "Print the syntax tree of a file");
   dump->add_option("file", dumpPath, "The file")->required();
 
-  CLI11_PARSE(app, argc, argv);
+  CheckArguments checkArguments;
+  CLI::App* check = app.add_subcommand("check", "Check files and folders (recursively, .m files) with the bundled rules");
+  check->add_option("paths", checkArguments.paths, "Files and folders (default: .)");
+  check->add_option("--exclude", checkArguments.excludes, "Leave out paths that match this glob (repeatable)");
+  check->add_option("--enable", checkArguments.enable, "Turn this rule on (repeatable; wins over files)")
+      ->delimiter(',');
+  check->add_option("--disable", checkArguments.disable, "Turn this rule off (repeatable; wins over files)")
+      ->delimiter(',');
+  check->add_option("-j,--jobs", checkArguments.jobs, "Worker threads (default: the number of cores)")
+      ->check(CLI::Range(1u, 1024u));
+  check->add_flag("--list-rules", checkArguments.listRules, "List the rules: id, severity and what each finds");
+
+  try {
+    app.parse(argc, argv);
+  } catch (CLI::ParseError const& e) {
+    int const code = app.exit(e);
+    return code == 0 ? 0 : 2;
+  }
   try {
     if (*parse) return runParse(parsePaths);
     if (*dump) return runDump(dumpPath);
+    if (*check) return runCheck(checkArguments);
   } catch (std::exception const& e) {
     fmt::print(stderr, "plexus: internal error: {}\n", e.what());
     return 2;

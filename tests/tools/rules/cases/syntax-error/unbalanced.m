@@ -1,0 +1,3 @@
+function y = scale(x)
+  y = (x * 2;  % expect: syntax-error
+end

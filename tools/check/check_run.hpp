@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/check/finding.hpp"
+#include "tools/check/rule_selection.hpp"
+
+namespace plexus::check {
+
+struct CheckOptions {
+  /// Files and folders; folders are searched recursively for `.m` files.
+  std::vector<std::string> paths{"."};
+  /// Globs of paths to leave out (see isExcluded).
+  std::vector<std::string> excludes;
+  /// Worker threads; 0 for the number of cores.
+  unsigned jobs = 0;
+  /// The rules for every file, unless `selectionFor` is set.
+  RuleSelection selection = RuleSelection::defaults();
+  /// When set, the rules for one file (called once per file, before any
+  /// file is analysed, on the calling thread).
+  std::function<RuleSelection(std::string const& path)> selectionFor;
+};
+
+/// What a run found.
+struct CheckReport {
+  /// Sorted (see Finding::operator<).
+  std::vector<Finding> findings;
+  /// The number of files checked, excluded ones not counted.
+  std::size_t files = 0;
+  /// Problems with the input itself, each a line for standard error: a path
+  /// given that does not exist. They make the exit code 2.
+  std::vector<std::string> inputErrors;
+};
+
+/// Whether `path` matches one of the globs: a glob with a `/` is matched
+/// against the whole path (a leading "./" of either ignored), one without
+/// against each of the path's names, so that `build` leaves out a folder
+/// and `*_test.m` such files anywhere.
+bool isExcluded(std::string const& path, std::vector<std::string> const& globs);
+
+/// Declares every enabled rule once on one graph and checks each file on a
+/// pool of threads, all sharing that graph, each file with its own analysis.
+CheckReport runCheck(CheckOptions const& options);
+
+}  // namespace plexus::check
