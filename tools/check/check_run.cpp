@@ -155,15 +155,24 @@ CheckReport runCheck(CheckOptions const& options) {
     if (fs::exists(fs::symlink_status(given, error))) existing.push_back(given);
   }
   cli::walkSourceFiles(existing, visitor);
-  report.files = files.size();
 
   SelectionVariants variants;
   std::vector<std::size_t> selectionOf;
   selectionOf.reserve(files.size());
   std::size_t const defaultSelection = variants.intern(options.selection);
-  for (std::string const& path : files) {
-    selectionOf.push_back(options.selectionFor ? variants.intern(options.selectionFor(path)) : defaultSelection);
+  if (options.selectionFor) {
+    std::vector<std::string> kept;
+    for (std::string& path : files) {
+      std::optional<RuleSelection> selection = options.selectionFor(path);
+      if (!selection) continue;
+      selectionOf.push_back(variants.intern(std::move(*selection)));
+      kept.push_back(std::move(path));
+    }
+    files = std::move(kept);
+  } else {
+    selectionOf.assign(files.size(), defaultSelection);
   }
+  report.files = files.size();
 
   ca::rulesystem::AllNodes all;
   for (auto const& [rule, optionSets] : variants.declarations()) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,9 +20,10 @@ struct CheckOptions {
   unsigned jobs = 0;
   /// The rules for every file, unless `selectionFor` is set.
   RuleSelection selection = RuleSelection::defaults();
-  /// When set, the rules for one file (called once per file, before any
-  /// file is analysed, on the calling thread).
-  std::function<RuleSelection(std::string const& path)> selectionFor;
+  /// When set, the rules for one file, or none to leave the file out
+  /// (called once per file in walk order, before any file is analysed, on
+  /// the calling thread; what it throws ends the run before any analysis).
+  std::function<std::optional<RuleSelection>(std::string const& path)> selectionFor;
 };
 
 /// What a run found.
