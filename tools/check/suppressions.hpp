@@ -8,11 +8,9 @@
 
 namespace plexus::check {
 
-/// The findings that a file's own comments silence:
-///
-///     x = eval(code);  % plexus: ignore eval-call
-///     % plexus: ignore-file global-declaration, long-identifier
-///
+/// The findings that a file's own comments silence, such as
+/// `x = eval(code);  % plexus: ignore eval-call` and a line
+/// `% plexus: ignore-file global-declaration, long-identifier`.
 /// `ignore` silences the rules it names on its own line; it must be the last
 /// comment of the line. `ignore-file` silences them in the whole file; it
 /// must be a comment line of its own among the first `fileDirectiveLines`

@@ -136,11 +136,9 @@ class RuleDeclaration {
   /// The value of the option `key` (one of the rule's body's options).
   std::int64_t option(std::string_view key) const;
 
-  /// A consumer that reports each item it gets, at the item's own range.
-  ///
-  ///     rule.all().globalStatement | rule.report<GlobalStatement const&>([](GlobalStatement const&) {
-  ///       return std::string("a global declaration");
-  ///     });
+  /// A consumer that reports each item it gets, at the item's own range:
+  /// `all.globalStatement | rule.report<GlobalStatement const&>(describe)`
+  /// with `describe` making each finding's message from its item.
   template <class T>
   std::shared_ptr<ca::rulesystem::Consumer<T>> report(typename ReportFinding<T>::Describe describe) const {
     return report<T>(std::move(describe), [](T item) { return item.getSourceRange(); });
