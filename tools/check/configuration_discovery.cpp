@@ -32,7 +32,17 @@ Configuration const* ConfigurationDiscovery::configurationFor(std::string const&
     case Mode::Nearest:
       break;
   }
-  fs::path folder = (workingFolder_ / sourcePath).lexically_normal().parent_path();
+  // The walk hands out a folder's files one after another: those cost one
+  // comparison, not a normalised path and a hash lookup each.
+  std::string_view const spelledFolder = std::string_view(sourcePath).substr(0, sourcePath.rfind('/') + 1);
+  if (lastFolder_ && spelledFolder == lastFolder_->first) return lastFolder_->second;
+  Configuration const* const found = nearestTo((workingFolder_ / sourcePath).lexically_normal().parent_path(),
+                                               sourcePath);
+  lastFolder_.emplace(std::string(spelledFolder), found);
+  return found;
+}
+
+Configuration const* ConfigurationDiscovery::nearestTo(fs::path folder, std::string const& sourcePath) {
   // The folders looked in on this walk, which all get what it finds.
   std::vector<std::string> walked;
   Configuration const* found = nullptr;

@@ -11,6 +11,7 @@
 #include <span>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "tools/check/configuration.hpp"
@@ -48,6 +49,10 @@ class ConfigurationDiscovery {
 
   explicit ConfigurationDiscovery(Mode mode, std::span<rules::RuleDefinition const> rules);
 
+  // The nearest configuration at or above `folder` (absolute and normal),
+  // found for the source file at `sourcePath`.
+  Configuration const* nearestTo(std::filesystem::path folder, std::string const& sourcePath);
+
   // How a configuration found at `file` (absolute) is named in messages:
   // relative to the working folder when it lies below it and the source
   // file was named relatively, as the user wrote it, else in full.
@@ -61,6 +66,9 @@ class ConfigurationDiscovery {
   // Each folder looked at, with the nearest configuration at or above it.
   std::unordered_map<std::string, Configuration const*> nearestByFolder_;
   std::size_t foldersSearched_ = 0;
+  // The folder of the last source file as it was spelled (up to its last
+  // '/'), with what was found for it.
+  std::optional<std::pair<std::string, Configuration const*>> lastFolder_;
 };
 
 /// The rules for the source file at `sourcePath`: every rule on with its
