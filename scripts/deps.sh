@@ -7,7 +7,7 @@ plexus_packages=(
   build-essential cmake ninja-build ccache pkg-config
   libboost-dev libicu-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  libfmt-dev nlohmann-json3-dev libcli11-dev
+  libfmt-dev nlohmann-json3-dev libcli11-dev libtomlplusplus-dev
 )
 
 # Installs the given packages, when any is missing.

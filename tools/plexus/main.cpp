@@ -11,6 +11,7 @@
 #include "frontend/source_file_reader.hpp"
 #include "frontend/tree_dump.hpp"
 #include "tools/check/check_run.hpp"
+#include "tools/check/configuration_discovery.hpp"
 #include "tools/plexus/source_files.hpp"
 #include "tools/rules/rule_table.hpp"
 
@@ -74,6 +75,8 @@ struct CheckArguments {
   std::vector<std::string> disable;
   unsigned jobs = 0;
   bool listRules = false;
+  std::string config;  // --config: one file for every checked file
+  bool isolated = false;
 };
 
 int runListRules() {
@@ -98,7 +101,21 @@ int runCheck(CheckArguments const& arguments) {
   options.excludes = arguments.excludes;
   options.jobs = arguments.jobs;
   plexus::check::applyCommandLine(options.selection, arguments.enable, arguments.disable);
-  plexus::check::CheckReport const report = plexus::check::runCheck(options);
+  plexus::check::CheckReport report;
+  try {
+    using plexus::check::ConfigurationDiscovery;
+    ConfigurationDiscovery discovery = arguments.isolated        ? ConfigurationDiscovery::isolated()
+                                       : arguments.config.empty() ? ConfigurationDiscovery::nearest()
+                                                                  : ConfigurationDiscovery::given(arguments.config);
+    options.selectionFor = [&discovery, &arguments](std::string const& path) {
+      return plexus::check::selectionFor(discovery.configurationFor(path), path, arguments.enable,
+                                         arguments.disable);
+    };
+    report = plexus::check::runCheck(options);
+  } catch (plexus::check::ConfigurationError const& error) {
+    for (std::string const& problem : error.problems()) fmt::print(stderr, "{}\n", problem);
+    return 2;
+  }
   for (plexus::check::Finding const& finding : report.findings) {
     if (finding.range.line == 0) {
       fmt::print("{}: {}: {} [{}]\n", finding.path, plexus::rules::severityName(finding.severity), finding.message,
@@ -139,6 +156,9 @@ int main(int argc, char** argv) {
       ->delimiter(',');
   check->add_option("-j,--jobs", checkArguments.jobs, "Worker threads (default: the number of cores)")
       ->check(CLI::Range(1u, 1024u));
+  CLI::Option* config =
+      check->add_option("--config", checkArguments.config, "Use this plexus.toml for every file instead of the nearest");
+  check->add_flag("--isolated", checkArguments.isolated, "Use no plexus.toml")->excludes(config);
   check->add_flag("--list-rules", checkArguments.listRules, "List the rules: id, severity and what each finds");
 
   try {
