@@ -42,7 +42,7 @@ void writeTextReport(std::ostream& out, std::span<Finding const> findings, bool 
     std::string const where =
         finding.range.line == 0 ? finding.path
                                 : fmt::format("{}:{}:{}", finding.path, finding.range.line, finding.range.column);
-    text += fmt::format("{}: {} {} {}\n", painted(where, bold, colour),
+    text += fmt::format("{} {} {} {}\n", painted(where + ":", bold, colour),
                         painted(std::string(rules::severityName(finding.severity)) + ":",
                                 severityColour(finding.severity), colour),
                         finding.message, painted("[" + std::string(finding.rule->id) + "]", ruleColour, colour));
