@@ -19,10 +19,10 @@ std::size_t characters(std::string_view text) {
 
 }  // namespace
 
-std::vector<DocumentationBlock> documentationBlocks(std::string_view part) {
+std::vector<DocumentationBlock> documentationBlocks(std::string_view section) {
   std::vector<DocumentationBlock> blocks;
   std::vector<std::string_view> lines;
-  boost::algorithm::split(lines, part, [](char c) { return c == '\n'; });
+  boost::algorithm::split(lines, section, [](char c) { return c == '\n'; });
   std::size_t blankLines = 0;  // since the last line with text
   for (std::string_view line : lines) {
     if (boost::algorithm::trim_copy(std::string(line)).empty()) {

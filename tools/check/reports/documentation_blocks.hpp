@@ -1,6 +1,6 @@
 #pragma once
 
-// A part of a rule's documentation as the blocks it is made of, so that
+// A section of a rule's documentation as the blocks it is made of, so that
 // each output (plain text, Markdown) can lay them out its own way.
 
 #include <string>
@@ -17,10 +17,10 @@ struct DocumentationBlock {
   std::vector<std::string> lines;  // one line for prose
 };
 
-/// The blocks of a part of RuleDocumentation: paragraphs are separated by
+/// The blocks of a section of RuleDocumentation: paragraphs are separated by
 /// blank lines; a line indented by four blanks is code, and code lines with
 /// only blank lines between them are one block.
-std::vector<DocumentationBlock> documentationBlocks(std::string_view part);
+std::vector<DocumentationBlock> documentationBlocks(std::string_view section);
 
 /// `text` broken at blanks into lines of at most `width` characters (a word
 /// longer than that stands alone on its line), each after `indent`.

@@ -30,10 +30,10 @@ std::string markdownCell(std::string_view text) {
 
 std::string ruleText(rules::RuleDefinition const& rule) {
   std::string text = fmt::format("{} ({})\n{}\n", rule.id, rules::severityName(rule.severity), rule.summary);
-  for (DocumentationPart const& part : documentationParts) {
-    text += fmt::format("\n{}\n", part.heading);
+  for (DocumentationSection const& section : documentationSections) {
+    text += fmt::format("\n{}\n", section.heading);
     bool first = true;
-    for (DocumentationBlock const& block : documentationBlocks(rule.body->documentation.*part.text)) {
+    for (DocumentationBlock const& block : documentationBlocks(rule.body->documentation.*section.text)) {
       if (!first) text += '\n';
       first = false;
       if (block.code) {
@@ -55,9 +55,9 @@ std::string ruleText(rules::RuleDefinition const& rule) {
 
 std::string ruleMarkdown(rules::RuleDefinition const& rule) {
   std::string text = fmt::format("Severity: **{}**. {}\n", rules::severityName(rule.severity), rule.summary);
-  for (DocumentationPart const& part : documentationParts) {
-    text += fmt::format("\n### {}\n", part.heading);
-    for (DocumentationBlock const& block : documentationBlocks(rule.body->documentation.*part.text)) {
+  for (DocumentationSection const& section : documentationSections) {
+    text += fmt::format("\n### {}\n", section.heading);
+    for (DocumentationBlock const& block : documentationBlocks(rule.body->documentation.*section.text)) {
       text += '\n';
       if (block.code) {
         text += "```\n";

@@ -10,12 +10,12 @@
 
 namespace plexus::check::reports {
 
-/// The headings of the parts of RuleDocumentation, in its order.
-struct DocumentationPart {
+/// The sections of RuleDocumentation with their headings, in its order.
+struct DocumentationSection {
   std::string_view heading;
   std::string_view rules::RuleDocumentation::*text;
 };
-inline constexpr DocumentationPart documentationParts[] = {
+inline constexpr DocumentationSection documentationSections[] = {
     {"What it finds", &rules::RuleDocumentation::finds},
     {"Why it matters", &rules::RuleDocumentation::why},
     {"Example", &rules::RuleDocumentation::example},
@@ -23,12 +23,12 @@ inline constexpr DocumentationPart documentationParts[] = {
     {"Known limits", &rules::RuleDocumentation::limits},
 };
 
-/// Plain text for a terminal: the id, severity and summary, then each part
+/// Plain text for a terminal: the id, severity and summary, then each section
 /// under its heading (prose wrapped at 80 columns and indented by two
 /// blanks, code by six), then the options with their defaults and ranges.
 std::string ruleText(rules::RuleDefinition const& rule);
 
-/// Markdown of one rule without a heading of its own (its parts under `###`
+/// Markdown of one rule without a heading of its own (its sections under `###`
 /// headings, code fenced), for a section of docs/rules.md or SARIF's help.
 std::string ruleMarkdown(rules::RuleDefinition const& rule);
 
