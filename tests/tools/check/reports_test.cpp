@@ -18,6 +18,7 @@
 #include "tools/check/reports/rule_documentation.hpp"
 #include "tools/check/reports/rule_list.hpp"
 #include "tools/check/reports/sarif_report.hpp"
+#include "tools/check/reports/streamed_json.hpp"
 #include "tools/check/reports/text_report.hpp"
 #include "tools/check/reports/uri_reference.hpp"
 #include "tools/rules/rule_table.hpp"
@@ -186,6 +187,26 @@ TEST(SarifReport, DescribesEveryRuleAndPlacesEachResultRelativeToTheWorkingFolde
   EXPECT_EQ(second["artifactLocation"]["uri"], "file:///outside/z.m");
   EXPECT_FALSE(second["artifactLocation"].contains("uriBaseId"));
   EXPECT_FALSE(second.contains("region"));
+}
+
+TEST(StreamedJson, WritesTheSameBytesAsTheWholeDocumentWhateverTheNumberOfElements) {
+  CheckReport report;
+  report.files = 4;
+  std::vector<Finding> const all{
+      finding("a b/f.m", {2, 3, 2, 9}, "with \"quotes\" and \"findings\": [] in it", "\t global counter"),
+      finding("bad\xFF.m", {}, "cannot open", "", plexus::rules::syntaxErrorRule()),
+      finding("\"results\": [].m", {1, 1, 1, 2}, "a name like the member")};
+  for (std::size_t count = 0; count <= all.size(); ++count) {
+    report.findings.assign(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(count));
+    std::ostringstream whole, streamed;
+    writeJson(whole, jsonReport(report));
+    writeJsonReport(streamed, report);
+    EXPECT_EQ(streamed.str(), whole.str()) << count << " findings";
+    std::ostringstream wholeSarif, streamedSarif;
+    writeJson(wholeSarif, sarifReport(report, "/work"));
+    writeSarifReport(streamedSarif, report, "/work");
+    EXPECT_EQ(streamedSarif.str(), wholeSarif.str()) << count << " findings";
+  }
 }
 
 TEST(ReportSummary, CountsFindingsFilesWithFindingsAndFilesChecked) {

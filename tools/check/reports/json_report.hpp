@@ -18,9 +18,7 @@ namespace plexus::check::reports {
 /// not be read) has no `line`, `column`, `endLine` or `endColumn`.
 nlohmann::ordered_json jsonReport(CheckReport const& report);
 
-/// Writes a JSON document indented by two blanks, with a final line end.
-/// Text that is not valid UTF-8 (a file name can be any bytes) is written
-/// with U+FFFD in place of each bad sequence rather than stopping the report.
-void writeJson(std::ostream& out, nlohmann::ordered_json const& document);
+/// Writes jsonReport(report) a finding at a time (see writeJsonStreamingArray).
+void writeJsonReport(std::ostream& out, CheckReport const& report);
 
 }  // namespace plexus::check::reports

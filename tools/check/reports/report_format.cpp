@@ -19,10 +19,10 @@ void writeReport(std::ostream& out, CheckReport const& report, ReportFormat form
       writeTextReport(out, report.findings, colour);
       return;
     case ReportFormat::Json:
-      writeJson(out, jsonReport(report));
+      writeJsonReport(out, report);
       return;
     case ReportFormat::Sarif:
-      writeJson(out, sarifReport(report, workingFolder));
+      writeSarifReport(out, report, workingFolder);
       return;
   }
 }

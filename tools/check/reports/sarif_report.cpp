@@ -4,6 +4,7 @@
 #include <string>
 
 #include "tools/check/reports/rule_documentation.hpp"
+#include "tools/check/reports/streamed_json.hpp"
 #include "tools/check/reports/uri_reference.hpp"
 #include "tools/rules/rule_table.hpp"
 
@@ -65,9 +66,8 @@ nlohmann::ordered_json result(Finding const& finding, std::filesystem::path cons
   return entry;
 }
 
-}  // namespace
-
-nlohmann::ordered_json sarifReport(CheckReport const& report, std::filesystem::path const& workingFolder) {
+// The log with its results still to come.
+nlohmann::ordered_json skeleton(std::filesystem::path const& workingFolder) {
   nlohmann::ordered_json rulesMetadata = nlohmann::ordered_json::array();
   for (rules::RuleDefinition const& rule : rules::ruleTable()) rulesMetadata.push_back(ruleDescriptor(rule));
 
@@ -76,14 +76,11 @@ nlohmann::ordered_json sarifReport(CheckReport const& report, std::filesystem::p
   driver["version"] = PLEXUS_VERSION;
   driver["rules"] = std::move(rulesMetadata);
 
-  nlohmann::ordered_json results = nlohmann::ordered_json::array();
-  for (Finding const& finding : report.findings) results.push_back(result(finding, workingFolder));
-
   nlohmann::ordered_json run;
   run["tool"] = {{"driver", std::move(driver)}};
   run["originalUriBaseIds"] = {{sourceRoot, {{"uri", fileUri(workingFolder, true)}}}};
   run["columnKind"] = "unicodeCodePoints";
-  run["results"] = std::move(results);
+  run["results"] = nlohmann::ordered_json::array();
 
   nlohmann::ordered_json log;
   log["$schema"] = "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json";
@@ -91,6 +88,20 @@ nlohmann::ordered_json sarifReport(CheckReport const& report, std::filesystem::p
   log["runs"] = nlohmann::ordered_json::array();
   log["runs"].push_back(std::move(run));
   return log;
+}
+
+}  // namespace
+
+nlohmann::ordered_json sarifReport(CheckReport const& report, std::filesystem::path const& workingFolder) {
+  nlohmann::ordered_json log = skeleton(workingFolder);
+  auto& results = log["runs"][0]["results"];
+  for (Finding const& finding : report.findings) results.push_back(result(finding, workingFolder));
+  return log;
+}
+
+void writeSarifReport(std::ostream& out, CheckReport const& report, std::filesystem::path const& workingFolder) {
+  writeJsonStreamingArray(out, skeleton(workingFolder), "results", report.findings.size(),
+                          [&](std::size_t i) { return result(report.findings[i], workingFolder); });
 }
 
 }  // namespace plexus::check::reports

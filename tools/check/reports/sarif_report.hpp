@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <ostream>
 
 #include "tools/check/check_run.hpp"
 
@@ -18,5 +19,9 @@ namespace plexus::check::reports {
 /// code points, as `columnKind` says, the end exclusive); a finding without
 /// a place has none.
 nlohmann::ordered_json sarifReport(CheckReport const& report, std::filesystem::path const& workingFolder);
+
+/// Writes sarifReport(report, workingFolder) a result at a time (see
+/// writeJsonStreamingArray).
+void writeSarifReport(std::ostream& out, CheckReport const& report, std::filesystem::path const& workingFolder);
 
 }  // namespace plexus::check::reports
