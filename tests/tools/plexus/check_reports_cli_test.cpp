@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -59,6 +60,9 @@ CommandRun plexusOnTerminal(ScratchFolder const& folder, std::string const& argu
   return run(folder, "env -u NO_COLOR " + environment + " timeout 60 script -qec '" + PLEXUS_BINARY + " " +
                          arguments + "' /dev/null");
 }
+
+// Whether `script` can give a command a terminal here.
+bool haveTerminal() { return std::system("script -qec true /dev/null > /dev/null 2>&1") == 0; }
 
 bool holds(std::string const& text, std::string const& part) { return text.find(part) != std::string::npos; }
 
@@ -164,7 +168,8 @@ TEST(PlexusCheckReports, OutputWritesTheReportToAFileAndAFileThatCannotBeWritten
   ASSERT_TRUE(folder.made());
   writeTreeWithFindings(folder);
   // Even from a terminal, the file gets no colour.
-  CommandRun const written = plexusOnTerminal(folder, "check --output report.txt src");
+  std::string const arguments = "check --output report.txt src";
+  CommandRun const written = haveTerminal() ? plexusOnTerminal(folder, arguments) : plexus(folder, arguments);
   EXPECT_EQ(written.exitCode, 1) << written.output << written.errors;
   EXPECT_FALSE(holds(written.output, "declared global")) << written.output;
   std::string const report = readFile(folder / "report.txt");
@@ -190,7 +195,7 @@ TEST(PlexusCheckReports, ColourOnlyOnATerminalWithoutNoColor) {
   ScratchFolder const folder;
   ASSERT_TRUE(folder.made());
   writeTreeWithFindings(folder);
-  if (system("script -qec true /dev/null > /dev/null 2>&1") != 0) GTEST_SKIP() << "no 'script' for a terminal";
+  if (!haveTerminal()) GTEST_SKIP() << "no 'script' to give plexus a terminal";
 
   CommandRun const terminal = plexusOnTerminal(folder, "check src");
   EXPECT_EQ(terminal.exitCode, 1);
