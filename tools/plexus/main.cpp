@@ -18,7 +18,6 @@
 #include "tools/check/reports/rule_command.hpp"
 #include "tools/check/reports/rule_list.hpp"
 #include "tools/plexus/source_files.hpp"
-#include "tools/rules/rule_table.hpp"
 
 namespace {
 
