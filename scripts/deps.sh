@@ -8,6 +8,7 @@ plexus_packages=(
   libboost-dev libicu-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libfmt-dev nlohmann-json3-dev libcli11-dev libtomlplusplus-dev
+  python3-jsonschema
 )
 
 # Installs the given packages, when any is missing.

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,12 @@
 #include "frontend/tree_dump.hpp"
 #include "tools/check/check_run.hpp"
 #include "tools/check/configuration_discovery.hpp"
+#include "tools/check/reports/report_format.hpp"
+#include "tools/check/reports/report_output.hpp"
+#include "tools/check/reports/report_summary.hpp"
+#include "tools/check/reports/rule_command.hpp"
+#include "tools/check/reports/rule_list.hpp"
 #include "tools/plexus/source_files.hpp"
-#include "tools/rules/rule_table.hpp"
 
 namespace {
 
@@ -77,17 +82,16 @@ struct CheckArguments {
   bool listRules = false;
   std::string config;  // --config: one file for every checked file
   bool isolated = false;
+  std::string format = "text";  // a key of reportFormatNames()
+  std::string output;  // standard output when empty
 };
 
-int runListRules() {
-  for (plexus::rules::RuleDefinition const& rule : plexus::rules::ruleTable()) {
-    fmt::print("{:<44} {:<8} {}\n", rule.id, plexus::rules::severityName(rule.severity), rule.summary);
-  }
-  return 0;
-}
-
 int runCheck(CheckArguments const& arguments) {
-  if (arguments.listRules) return runListRules();
+  namespace reports = plexus::check::reports;
+  if (arguments.listRules) {
+    fmt::print("{}", reports::ruleList());
+    return 0;
+  }
   bool usageError = false;
   for (auto const* ids : {&arguments.enable, &arguments.disable}) {
     for (std::string const& id : plexus::check::unknownRuleIds(*ids)) {
@@ -96,6 +100,11 @@ int runCheck(CheckArguments const& arguments) {
     }
   }
   if (usageError) return 2;
+  reports::ReportOutput output(arguments.output);
+  if (!output.error().empty()) {
+    fmt::print(stderr, "{}\n", output.error());
+    return 2;
+  }
   plexus::check::CheckOptions options;
   if (!arguments.paths.empty()) options.paths = arguments.paths;
   options.excludes = arguments.excludes;
@@ -116,17 +125,15 @@ int runCheck(CheckArguments const& arguments) {
     for (std::string const& problem : error.problems()) fmt::print(stderr, "{}\n", problem);
     return 2;
   }
-  for (plexus::check::Finding const& finding : report.findings) {
-    if (finding.range.line == 0) {
-      fmt::print("{}: {}: {} [{}]\n", finding.path, plexus::rules::severityName(finding.severity), finding.message,
-                 finding.rule->id);
-    } else {
-      fmt::print("{}:{}:{}: {}: {} [{}]\n", finding.path, finding.range.line, finding.range.column,
-                 plexus::rules::severityName(finding.severity), finding.message, finding.rule->id);
-    }
+  reports::writeReport(output.stream(), report, reports::reportFormatNames().at(arguments.format), output.colour(),
+                       std::filesystem::current_path());
+  if (!output.finish()) {
+    fmt::print(stderr, "{}\n", output.error());
+    return 2;
   }
   std::fflush(stdout);
   for (std::string const& error : report.inputErrors) fmt::print(stderr, "{}\n", error);
+  fmt::print(stderr, "{}\n", reports::reportSummary(report));
   if (!report.inputErrors.empty()) return 2;
   return report.findings.empty() ? 0 : 1;
 }
@@ -160,6 +167,17 @@ int main(int argc, char** argv) {
       check->add_option("--config", checkArguments.config, "Use this plexus.toml for every file instead of the nearest");
   check->add_flag("--isolated", checkArguments.isolated, "Use no plexus.toml")->excludes(config);
   check->add_flag("--list-rules", checkArguments.listRules, "List the rules: id, severity and what each finds");
+  check->add_option("--format", checkArguments.format, "The report's format: text (default), json or sarif")
+      ->check(CLI::IsMember(plexus::check::reports::reportFormatNames()));
+  check->add_option("-o,--output", checkArguments.output, "Write the report to this file instead of standard output");
+
+  plexus::check::reports::RuleCommand ruleCommand;
+  std::string ruleFormat = "text";
+  CLI::App* rule = app.add_subcommand("rule", "Print a rule's documentation");
+  CLI::Option* ruleId = rule->add_option("id", ruleCommand.id, "The rule's id (plexus check --list-rules lists them)");
+  rule->add_flag("--all", ruleCommand.all, "Every rule, in the order of the table")->excludes(ruleId);
+  rule->add_option("--format", ruleFormat, "text (default) or markdown (--all --format markdown makes docs/rules.md)")
+      ->check(CLI::IsMember({"text", "markdown"}));
 
   try {
     app.parse(argc, argv);
@@ -171,6 +189,10 @@ int main(int argc, char** argv) {
     if (*parse) return runParse(parsePaths);
     if (*dump) return runDump(dumpPath);
     if (*check) return runCheck(checkArguments);
+    if (*rule) {
+      ruleCommand.markdown = ruleFormat == "markdown";
+      return plexus::check::reports::runRuleCommand(ruleCommand);
+    }
   } catch (std::exception const& e) {
     fmt::print(stderr, "plexus: internal error: {}\n", e.what());
     return 2;
