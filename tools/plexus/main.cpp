@@ -156,11 +156,15 @@ int main(int argc, char** argv) {
   CheckArguments checkArguments;
   CLI::App* check = app.add_subcommand("check", "Check files and folders (recursively, .m files) with the bundled rules");
   check->add_option("paths", checkArguments.paths, "Files and folders (default: .)");
-  check->add_option("--exclude", checkArguments.excludes, "Leave out paths that match this glob (repeatable)");
-  check->add_option("--enable", checkArguments.enable, "Turn this rule on (repeatable; wins over files)")
-      ->delimiter(',');
-  check->add_option("--disable", checkArguments.disable, "Turn this rule off (repeatable; wins over files)")
-      ->delimiter(',');
+  // One value per occurrence, so that `--enable x src` leaves `src` a path.
+  check->add_option("--exclude", checkArguments.excludes, "Leave out paths that match this glob (repeatable)")
+      ->allow_extra_args(false);
+  check->add_option("--enable", checkArguments.enable, "Turn these rules on (repeatable, or a,b; wins over files)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  check->add_option("--disable", checkArguments.disable, "Turn these rules off (repeatable, or a,b; wins over files)")
+      ->delimiter(',')
+      ->allow_extra_args(false);
   check->add_option("-j,--jobs", checkArguments.jobs, "Worker threads (default: the number of cores)")
       ->check(CLI::Range(1u, 1024u));
   CLI::Option* config =
