@@ -65,7 +65,14 @@ std::string placeOf(BinaryOperation const& call) {
   }
   std::string const name =
       function->getName() != nullptr ? utf8(ca::astapi::toStdView(function->getName()->getText())) : "?";
-  if (!isNamedLikeItsClass(*function)) return "in '" + name + "', which is not the constructor of its class";
+  if (!isNamedLikeItsClass(*function)) {
+    // A method of a class file or of a class folder belongs to a class; any
+    // other function, a local one after a classdef included, to none.
+    auto const* program = lf::astapi::getEnclosing<Program>(*function);
+    bool const isMethod = lf::astapi::isA<MethodDefinition>(*function) ||
+                          (program != nullptr && !ca::ast::getClassFolderName(*program).empty());
+    return "in '" + name + (isMethod ? "', which is not the constructor of its class" : "', which is no constructor");
+  }
   return "on a variable that is not the object that the constructor '" + name + "' returns";
 }
 

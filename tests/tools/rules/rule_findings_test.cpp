@@ -169,16 +169,19 @@ TEST(RuleFindings, SuperclassConstructorCallsSayWhereTheyStand) {
                                         "      obj = reset@pkg.Base(obj);\n"
                                         "    end\n"
                                         "  end\n"
+                                        "end\n"
+                                        "function reopen(thing)\n"
+                                        "thing@pkg.Base();\n"
                                         "end\n");
-  EXPECT_EQ(
-      check("superclass-constructor-outside-constructor", path),
-      (std::vector<Reported>{
-          {6, 7,
-           "'spare@pkg.Base' calls a superclass constructor on a variable that is not the object that the "
-           "constructor 'Thing' returns"},
-          {7, 15, "'obj@pkg.Base' calls a superclass constructor inside an anonymous function"},
-          {10, 7,
-           "'obj@pkg.Base' calls a superclass constructor in 'reset', which is not the constructor of its class"}}));
+  EXPECT_EQ(check("superclass-constructor-outside-constructor", path),
+            (std::vector<Reported>{
+                {6, 7,
+                 "'spare@pkg.Base' calls a superclass constructor on a variable that is not the object that the "
+                 "constructor 'Thing' returns"},
+                {7, 15, "'obj@pkg.Base' calls a superclass constructor inside an anonymous function"},
+                {10, 7,
+                 "'obj@pkg.Base' calls a superclass constructor in 'reset', which is not the constructor of its class"},
+                {16, 1, "'thing@pkg.Base' calls a superclass constructor in 'reopen', which is no constructor"}}));
 }
 
 TEST(RuleFindings, ConditionsAndScriptsNameTheStatementAndTheName) {
