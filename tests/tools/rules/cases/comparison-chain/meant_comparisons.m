@@ -14,3 +14,6 @@ cells = cellfun(@(v) v > 0, {a, b});
 if (lo < x) == (x < hi)
     disp('both or neither');
 end
+% Command syntax passes words, not comparisons.
+disp lo<x<hi
+message = "lo < x < hi must hold";

@@ -27,3 +27,7 @@ switch numel(values)
 end
 y = values(values > 0 & values < 3);
 f = @(a, b) a | b;
+% Command syntax passes words, not operators.
+if ~isempty(values)
+    disp a|b
+end

@@ -27,3 +27,13 @@ try
     data = load(path);
 end
 end
+function retry(f)
+for attempt = 1:3
+    try
+        f();
+        return
+    catch
+        continue
+    end
+end
+end
