@@ -31,3 +31,11 @@ f = @(a, b) a | b;
 if ~isempty(values)
     disp a|b
 end
+% Under && or || the rule stays out: only a condition made of & and | alone
+% is reported.
+if numel(values) == 3 && (mask(1) | either(1))
+    disp('first flagged');
+end
+while ~isempty(values) && (values(1) < 0 | mask(1))
+    values = values(2:end);
+end
