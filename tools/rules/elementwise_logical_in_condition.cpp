@@ -98,8 +98,9 @@ RuleBody const& body::ElementwiseLogicalInCondition() {
                         "for an operand that is not a scalar. Replacing the operator is right only when both "
                         "operands are scalars; the rule cannot tell, as it knows no types, so it also reports "
                         "conditions over arrays that rely on the element-wise meaning. An `&` or `|` inside "
-                        "another operation of a condition (`if x == (a | b)`, `if any(a | b)`) is not "
-                        "reported, nor one assigned to a variable first and tested later.",
+                        "another operation of a condition (`if x == (a | b)`, `if any(a | b)`, "
+                        "`if ok && (a | b)`) is not reported, nor one assigned to a variable first and tested "
+                        "later.",
           },
       .options = {},
       .declare = &declare,
