@@ -6,7 +6,8 @@
 //
 // BM_CheckRules measures no rule (the walk alone), the rules the checker
 // had before the batch of syntax rules (global-declaration), and every
-// bundled rule; BM_CheckOneRule each rule alone.
+// bundled rule; BM_CheckOneRule each rule alone; BM_EmptyCatchReadsItsFile
+// what reading a file again for its comments costs.
 
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
@@ -17,6 +18,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "bench/corpus_generator.hpp"
@@ -142,5 +144,60 @@ BENCHMARK(BM_CheckOneRule)
       for (RuleDefinition const* rule : declaredRules()) benchmark->Arg(static_cast<std::int64_t>(rule->index));
     })
     ->Unit(benchmark::kMillisecond);
+
+// What empty-catch's reading of a file costs: scripts of assignments that
+// each end in a try statement, analysed afresh for every run (untimed), so
+// that each run reads again. With a statement in the catch (0) the rule never
+// reads a file; with an empty one (1) it reads and decodes each file once.
+void BM_EmptyCatchReadsItsFile(benchmark::State& state) {
+  constexpr std::size_t kFiles = 100;
+  constexpr std::size_t kLines = 1000;
+  bool const empty = state.range(0) != 0;
+  state.SetLabel(empty ? "empty catch: file read" : "catch with a statement: no read");
+  std::string pattern = (std::filesystem::temp_directory_path() / "plexus_bench_XXXXXX").string();
+  require(mkdtemp(pattern.data()) != nullptr, "cannot make a folder for the scripts");
+  std::filesystem::path const folder = pattern;
+  std::vector<std::pair<std::string, std::string>> scripts;
+  std::size_t bytes = 0;
+  for (std::size_t f = 0; f < kFiles; ++f) {
+    std::string source = "% a script of assignments\n";
+    for (std::size_t line = 0; line < kLines; ++line) {
+      source += "value" + std::to_string(line) + " = " + std::to_string(line * f) + " + offset;\n";
+    }
+    source += empty ? "try\n  cleanup();\ncatch\nend\n" : "try\n  cleanup();\ncatch\n  disp('kept');\nend\n";
+    std::string const path = (folder / ("script" + std::to_string(f) + ".m")).string();
+    std::ofstream(path, std::ios::binary) << source;
+    bytes += source.size();
+    scripts.emplace_back(path, std::move(source));
+  }
+  ca::rulesystem::AllNodes all;
+  RuleDefinition const& rule = *plexus::rules::findRule("empty-catch");
+  rule.body->declare(plexus::rules::RuleDeclaration(all, rule, 0, {}));
+  CountingSink sink;
+  ca::rulesystem::MessageHelper const helper{&sink, nullptr};
+
+  // The walk itself, without the rule, on the same fresh analyses: what it
+  // makes on first use (the use-def records it hands out) is made untimed.
+  ca::rulesystem::AllNodes walkAlone;
+  std::vector<std::shared_ptr<ca::clients::AnalysisImpl>> analyses;
+  UnitCost cost;
+  for (auto _ : state) {
+    cost.pause();
+    state.PauseTiming();
+    analyses.clear();
+    for (auto const& [path, source] : scripts) analyses.push_back(frontend::analyze(source, path).analysis);
+    for (auto const& analysis : analyses) walkAlone.execute(*analysis, &helper);
+    state.ResumeTiming();
+    cost.resume();
+    for (auto const& analysis : analyses) all.execute(*analysis, &helper);
+  }
+  double const megabytes = static_cast<double>(bytes) / 1e6;
+  cost.report(state, "ms_per_MB", megabytes, 1e-3);
+  require(sink.findings == (empty ? kFiles * static_cast<std::size_t>(state.iterations()) : 0),
+          "empty-catch found other catch blocks than the empty ones");
+  std::error_code ignored;
+  std::filesystem::remove_all(folder, ignored);
+}
+BENCHMARK(BM_EmptyCatchReadsItsFile)->Arg(0)->Arg(1)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 }  // namespace
