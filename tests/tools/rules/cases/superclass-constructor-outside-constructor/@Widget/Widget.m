@@ -1,0 +1,4 @@
+function obj = Widget(parent)
+% The constructor of a class folder's class.
+obj@Control(parent);
+end
