@@ -1,7 +1,11 @@
-% SURVEYPLOTS Areas and centroids of the surveyed plots, read from
-% plots.csv (one vertex per line: plot id, x, y in metres).
+% SURVEYPLOTS Areas and centroids of the surveyed plots, read from a CSV
+% file (one vertex per line: plot id, x, y in metres), plots.csv unless
+% fileName is set.
 
-raw = readmatrix('plots.csv');
+if nargin == 0
+    fileName = 'plots.csv';
+end
+raw = readmatrix(fileName);
 ids = unique(raw(:, 1));
 areas = zeros(numel(ids), 1);
 centres = zeros(numel(ids), 2);
