@@ -17,8 +17,8 @@
 // Each configuration also reports its ratio to the one it is compared with,
 // when that one ran before it in the same process (the default order runs
 // them all, the baselines first): `rules_cost` is the time with rules over
-// the time without, on as many threads; `speedup` the time on one thread
-// over the time on two.
+// the time without, on as many threads (`rules_cpu_cost` the same in
+// processor time); `speedup` the time on one thread over the time on two.
 
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
@@ -160,17 +160,25 @@ plexus::check::CheckOptions checkOptions(Rules rules, unsigned jobs) {
   return options;
 }
 
-/// Seconds per run of each configuration measured so far in this process,
-/// the mean over its repetitions, for the ratios.
-std::map<std::pair<Rules, unsigned>, std::pair<double, int>>& secondsPerRun() {
-  static std::map<std::pair<Rules, unsigned>, std::pair<double, int>> measured;
+/// What runs of one configuration cost, summed over its repetitions so far.
+struct RunCost {
+  double wallSeconds = 0;  // per run
+  double cpuSeconds = 0;   // per run
+  int repetitions = 0;
+};
+
+/// The configurations measured so far in this process, for the ratios.
+std::map<std::pair<Rules, unsigned>, RunCost>& measuredRuns() {
+  static std::map<std::pair<Rules, unsigned>, RunCost> measured;
   return measured;
 }
 
-std::optional<double> meanSecondsPerRun(Rules rules, unsigned jobs) {
-  auto const found = secondsPerRun().find({rules, jobs});
-  if (found == secondsPerRun().end() || found->second.second == 0) return std::nullopt;
-  return found->second.first / found->second.second;
+/// The mean cost per run of a configuration measured before, if any.
+std::optional<RunCost> meanRunCost(Rules rules, unsigned jobs) {
+  auto const found = measuredRuns().find({rules, jobs});
+  if (found == measuredRuns().end() || found->second.repetitions == 0) return std::nullopt;
+  RunCost const& sum = found->second;
+  return RunCost{sum.wallSeconds / sum.repetitions, sum.cpuSeconds / sum.repetitions, 1};
 }
 
 // state.range(0): the rules (Rules); state.range(1): worker threads.
@@ -220,15 +228,19 @@ void BM_CheckCorpus(benchmark::State& state) {
   state.counters["corpus_MB"] = static_cast<double>(files.bytes()) / 1e6;
   state.counters["findings"] = static_cast<double>(findings);
 
-  double const perRun = seconds / iterations;
-  auto& measured = secondsPerRun()[{rules, jobs}];
-  measured.first += perRun;
-  measured.second += 1;
+  RunCost const perRun{seconds / iterations, cpuSeconds / iterations, 1};
+  RunCost& measured = measuredRuns()[{rules, jobs}];
+  measured.wallSeconds += perRun.wallSeconds;
+  measured.cpuSeconds += perRun.cpuSeconds;
+  measured.repetitions += 1;
   if (rules == Rules::All) {
-    if (auto const withoutRules = meanSecondsPerRun(Rules::None, jobs)) state.counters["rules_cost"] = perRun / *withoutRules;
+    if (auto const withoutRules = meanRunCost(Rules::None, jobs)) {
+      state.counters["rules_cost"] = perRun.wallSeconds / withoutRules->wallSeconds;
+      state.counters["rules_cpu_cost"] = perRun.cpuSeconds / withoutRules->cpuSeconds;
+    }
   }
   if (jobs > 1) {
-    if (auto const oneThread = meanSecondsPerRun(rules, 1)) state.counters["speedup"] = *oneThread / perRun;
+    if (auto const oneThread = meanRunCost(rules, 1)) state.counters["speedup"] = oneThread->wallSeconds / perRun.wallSeconds;
   }
 }
 
