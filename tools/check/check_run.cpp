@@ -205,6 +205,7 @@ CheckReport runCheck(CheckOptions const& options) {
         FileFindings sink(variants, selectionOf[i], path);
         ca::rulesystem::MessageHelper const helper{&sink, nullptr};
         try {
+          if (options.beforeRules) options.beforeRules(*result.analysis);
           all.execute(*result.analysis, &helper);
         } catch (std::exception const& e) {
           // A fault of ours, not of the file: said, and the other files go on.

@@ -9,6 +9,10 @@
 #include "tools/check/finding.hpp"
 #include "tools/check/rule_selection.hpp"
 
+namespace ca::clients {
+class AnalysisImpl;
+}
+
 namespace plexus::check {
 
 struct CheckOptions {
@@ -24,6 +28,11 @@ struct CheckOptions {
   /// (called once per file in walk order, before any file is analysed, on
   /// the calling thread; what it throws ends the run before any analysis).
   std::function<std::optional<RuleSelection>(std::string const& path)> selectionFor;
+  /// When set, called with the analysis of each file that parses, on the
+  /// worker thread that checks it, before its rules run. The analyses are
+  /// made when a rule first asks for them, so a measurement of a run
+  /// without rules uses this to make them as the rules would.
+  std::function<void(ca::clients::AnalysisImpl const& analysis)> beforeRules;
 };
 
 /// What a run found.
