@@ -22,6 +22,16 @@ std::string consequence(std::string const& name) {
   return "'" + name + "' runs text as code";
 }
 
+// Keeps the handles that name their function by a plain name, `@eval`; a
+// package function's handle, `@pkg.eval`, names another function.
+class IsHandleOfPlainName final : public StageOf<IsHandleOfPlainName, Predicate<UnaryOperation const&>> {
+ public:
+  std::u16string description() const override { return u"IsHandleOfPlainName"; }
+  bool test(UnaryOperation const& handle, ca::Analysis const&) override {
+    return lf::astapi::isA<Identifier>(handle.getOperand());
+  }
+};
+
 void declare(RuleDeclaration const& rule) {
   auto const describeCall = [](ca::callresolution::Call const& call) {
     return consequence(utf8(ca::astapi::toStdView(call.getName().getString())));
@@ -37,8 +47,9 @@ void declare(RuleDeclaration const& rule) {
     names.emplace_back(name);
   }
   // A handle `@eval` runs text as code wherever it is called.
-  rule.all().unaryOperation | isUnaryOperation(lf::astapi::UnaryOperator::FunctionHandle) | getUnaryOperand() |
-      isStringId(names) | isExternal() | rule.report<Identifier const&>([](Identifier const& name) {
+  rule.all().unaryOperation | isUnaryOperation(lf::astapi::UnaryOperator::FunctionHandle) |
+      std::make_unique<IsHandleOfPlainName>() | getUnaryOperand() | isStringId(names) | isExternal() |
+      rule.report<Identifier const&>([](Identifier const& name) {
         return consequence(utf8(ca::astapi::toStdView(name.getText()))) + " when its handle is called";
       });
 }
