@@ -14,7 +14,7 @@ using namespace ca::rulesystem;
 
 void declare(RuleDeclaration const& rule) {
   auto const outputs = functionsWithBodies(rule.all()) | std::make_unique<SignatureNames<SignaturePart::Outputs>>() |
-                       !isStringId(u"varargout");
+                       isVariable() | !isStringId(u"varargout");
   // A class constructor's output is the object, which exists before the
   // first statement runs.
   auto const objects = outputs | hasToskAnnotation{ca::core::ToskAnnotation::ObjectParameter};
