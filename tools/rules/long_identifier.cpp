@@ -92,7 +92,8 @@ void declare(RuleDeclaration const& rule) {
   auto& all = rule.all();
 
   auto const nameOf = [limit](std::u16string_view what) {
-    return [limit, what](Identifier const& name) { return tooLong(what, ca::astapi::toStdView(name.getText()), limit); };
+    return
+        [limit, what](Identifier const& name) { return tooLong(what, ca::astapi::toStdView(name.getText()), limit); };
   };
   auto const fieldOf = [limit](Field const& field) {
     return tooLong(u"field", ca::astapi::toStdView(field.getText()), limit);
@@ -113,8 +114,7 @@ void declare(RuleDeclaration const& rule) {
   // first occurrence, which for a variable is where its function first names
   // it.
   symbols | !isSymbolFunction() | (isSymbolClass() || !isSymbolMethod()) | getFirstSymbolOccurrence() |
-      (identifierLength{} > longer) |
-      rule.report<Identifier const&>(nameOf(u"name"));
+      (identifierLength{} > longer) | rule.report<Identifier const&>(nameOf(u"name"));
 
   // Class members without symbols, where they are declared.
   all.property | std::make_unique<MemberName<Property>>() | (identifierLength{} > longer) |
@@ -130,8 +130,7 @@ void declare(RuleDeclaration const& rule) {
       rule.report<Field const&>(fieldOf);
   all.multiLhsAssignment | std::make_unique<WrittenFields<MultiLhsAssignment>>() | isFieldLongerThan(longer) |
       rule.report<Field const&>(fieldOf);
-  all.argument | std::make_unique<ArgumentFieldName>() | isFieldLongerThan(longer) |
-      rule.report<Field const&>(fieldOf);
+  all.argument | std::make_unique<ArgumentFieldName>() | isFieldLongerThan(longer) | rule.report<Field const&>(fieldOf);
 }
 
 }  // namespace
@@ -142,7 +141,8 @@ RuleBody const& body::LongIdentifier() {
           {
               .finds = "Names longer than 63 characters (or the `max-length` option): functions and methods "
                        "where they are defined or declared; variables, the class and names of functions from "
-                       "outside the file at their first occurrence; properties, events and enumerators where they are declared; fields where an "
+                       "outside the file at their first occurrence; properties, events and enumerators where they are "
+                       "declared; fields where an "
                        "assignment writes them (`s.name = v`, also in `[s.name, t] = f()`) and where an arguments "
                        "block declares them (`opts.Name`).",
               .why = "The language takes only the first 63 characters of a name into account or refuses the "

@@ -20,6 +20,8 @@ using namespace ca::rulesystem;
 // the functions that every installation provides, no toolbox; the list is
 // kept short so that every entry is a name a reader takes for the function.
 std::set<std::u16string> const& languageFunctions() {
+  // One group of names a line, as the comments say.
+  // clang-format off
   static std::set<std::u16string> const names{
       // Letters and constants.
       u"i", u"j", u"pi", u"eps", u"inf", u"nan",
@@ -39,6 +41,7 @@ std::set<std::u16string> const& languageFunctions() {
       u"line", u"image", u"text", u"title", u"axis", u"figure", u"plot", u"area", u"bar", u"hist", u"surface",
       u"patch", u"legend", u"colormap", u"grid", u"box", u"alpha", u"view",
   };
+  // clang-format on
   return names;
 }
 
