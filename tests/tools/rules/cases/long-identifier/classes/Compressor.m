@@ -12,7 +12,12 @@ classdef Compressor < handle
     end
     function update(obj, value)
       obj.pressureMeasuredAtTheInletOfTheSecondStageOfTheCompressorInPascal = value;  % expect: long-identifier
+      obj.resetThePressureMeasurementsOfAllStagesToTheirFactoryDefaultValues();
       notify(obj, 'valueOfThePressureMeasuredAtTheInletHasChangedByMoreThanTheLimit');
     end
+    function resetThePressureMeasurementsOfAllStagesToTheirFactoryDefaultValues(obj)  % expect: long-identifier
+      obj.pressureMeasuredAtTheInletOfTheSecondStageOfTheCompressorInPascal = 0;  % expect: long-identifier
+    end
+    text = describeTheStateOfEveryStageOfTheCompressorInAFormatForTheOperator(obj)  % expect: long-identifier
   end
 end
