@@ -22,23 +22,23 @@ inline ca::rulesystem::Producer<ca::ast::Function const&> functionsWithBodies(ca
 }
 
 /// Which names of a signature `SignatureNames` gives.
-enum class SignaturePart { Inputs, Outputs };
+enum class SignatureList { Inputs, Outputs };
 
 /// Gives the names of the inputs (`~` left out) or of the outputs of a
 /// function whose body holds at least one statement. A function without code
 /// is a placeholder that the rules on signatures leave alone.
-template <SignaturePart Part>
+template <SignatureList List>
 class SignatureNames final
-    : public ca::rulesystem::StageOf<SignatureNames<Part>,
+    : public ca::rulesystem::StageOf<SignatureNames<List>,
                                      ca::rulesystem::SelectMany<ca::ast::Function const&, ca::ast::Identifier const&>> {
  public:
   std::u16string description() const override {
-    return Part == SignaturePart::Inputs ? u"SignatureNames Inputs" : u"SignatureNames Outputs";
+    return List == SignatureList::Inputs ? u"SignatureNames Inputs" : u"SignatureNames Outputs";
   }
   void select(ca::ast::Function const& function, ca::Analysis const&,
               std::function<void(ca::ast::Identifier const&)> const& yield) const override {
     if (function.getBody().empty()) return;
-    if constexpr (Part == SignaturePart::Inputs) {
+    if constexpr (List == SignatureList::Inputs) {
       for (auto const* input : function.getInputs()) {
         if (input->getIdentifier() != nullptr) yield(*input->getIdentifier());
       }

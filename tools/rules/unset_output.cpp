@@ -13,7 +13,7 @@ namespace {
 using namespace ca::rulesystem;
 
 void declare(RuleDeclaration const& rule) {
-  auto const outputs = functionsWithBodies(rule.all()) | std::make_unique<SignatureNames<SignaturePart::Outputs>>() |
+  auto const outputs = functionsWithBodies(rule.all()) | std::make_unique<SignatureNames<SignatureList::Outputs>>() |
                        isVariable() | !isStringId(u"varargout");
   // A class constructor's output is the object, which exists before the
   // first statement runs.

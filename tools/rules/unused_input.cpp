@@ -14,7 +14,7 @@ using namespace ca::rulesystem;
 
 void declare(RuleDeclaration const& rule) {
   auto const inputs =
-      functionsWithBodies(rule.all()) | std::make_unique<SignatureNames<SignaturePart::Inputs>>() | isVariable();
+      functionsWithBodies(rule.all()) | std::make_unique<SignatureNames<SignatureList::Inputs>>() | isVariable();
   // The object of a method keeps its place whether the method reads it or
   // not; it is left alone.
   auto const objects = inputs | hasToskAnnotation{ca::core::ToskAnnotation::ObjectParameter};
