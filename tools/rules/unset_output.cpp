@@ -55,7 +55,10 @@ RuleBody const& body::UnsetOutput() {
               .limits = "An output set on some paths only is not reported: one assignment anywhere is enough. "
                         "Outputs set by code the analyser cannot see are reported although they are set: by "
                         "`eval`, `assignin`, or `load` of a file holding the name. A constructor of an old-style "
-                        "class in an `@` folder, which must assign its object, is not checked either.",
+                        "class in an `@` folder, which must assign its object, is not checked either. A nested "
+                        "function's output "
+                        "that has the name of a variable of the function around it is that variable, so an "
+                        "assignment in the outer function counts for it.",
           },
       .options = {},
       .declare = &declare,
