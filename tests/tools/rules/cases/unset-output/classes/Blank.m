@@ -1,0 +1,7 @@
+classdef Blank
+  methods
+    function obj = Blank()
+      disp('made');
+    end
+  end
+end
