@@ -249,10 +249,10 @@ TEST(PlexusRule, PrintsARulesDocumentationAndCheckListsTheRules) {
   std::size_t count = 0;
   for (; std::getline(lines, line); ++count) {
     ASSERT_LT(count, plexus::rules::ruleTable().size()) << list.output;
-    plexus::rules::RuleDefinition const& rule = plexus::rules::ruleTable()[count];
-    EXPECT_TRUE(line.starts_with(std::string(rule.id) + " ")) << line;
-    EXPECT_TRUE(holds(line, " " + std::string(plexus::rules::severityName(rule.severity)) + " ")) << line;
-    EXPECT_TRUE(line.ends_with(" " + std::string(rule.summary))) << line;
+    plexus::rules::RuleDefinition const& row = plexus::rules::ruleTable()[count];
+    EXPECT_TRUE(line.starts_with(std::string(row.id) + " ")) << line;
+    EXPECT_TRUE(holds(line, " " + std::string(plexus::rules::severityName(row.severity)) + " ")) << line;
+    EXPECT_TRUE(line.ends_with(" " + std::string(row.summary))) << line;
   }
   EXPECT_EQ(count, plexus::rules::ruleTable().size());
 }
