@@ -3,7 +3,11 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +15,10 @@
 #include "frontend/source_file_reader.hpp"
 #include "frontend/tree_dump.hpp"
 #include "tools/check/check_run.hpp"
+#include "tools/check/progress_line.hpp"
+#include "tools/check/rule_graph.hpp"
+#include "tools/check/statistics.hpp"
+#include "tools/listing/graph_listing.hpp"
 #include "tools/plexus/source_files.hpp"
 #include "tools/rules/rule_table.hpp"
 
@@ -74,6 +82,9 @@ struct CheckArguments {
   std::vector<std::string> disable;
   unsigned jobs = 0;
   bool listRules = false;
+  // What a run tells about itself on standard error.
+  bool profile = false;
+  bool statistics = false;
 };
 
 int runListRules() {
@@ -98,7 +109,15 @@ int runCheck(CheckArguments const& arguments) {
   options.excludes = arguments.excludes;
   options.jobs = arguments.jobs;
   plexus::check::applyCommandLine(options.selection, arguments.enable, arguments.disable);
+  options.profile = arguments.profile;
+  plexus::check::CheckProgress progress;
+  std::optional<plexus::check::ProgressLine> progressLine;
+  if (isatty(fileno(stderr)) != 0) {
+    options.progress = &progress;
+    progressLine.emplace(stderr, progress);
+  }
   plexus::check::CheckReport const report = plexus::check::runCheck(options);
+  progressLine.reset();  // cleared before anything else is printed
   for (plexus::check::Finding const& finding : report.findings) {
     if (finding.range.line == 0) {
       fmt::print("{}: {}: {} [{}]\n", finding.path, plexus::rules::severityName(finding.severity), finding.message,
@@ -110,8 +129,34 @@ int runCheck(CheckArguments const& arguments) {
   }
   std::fflush(stdout);
   for (std::string const& error : report.inputErrors) fmt::print(stderr, "{}\n", error);
+  if (arguments.statistics) fmt::print(stderr, "{}", plexus::check::formatStatistics(report.findings, report.files));
+  if (report.profile) fmt::print(stderr, "{}", plexus::check::formatProfile(*report.profile));
   if (!report.inputErrors.empty()) return 2;
   return report.findings.empty() ? 0 : 1;
+}
+
+struct GraphArguments {
+  std::vector<std::string> rules;
+  std::string format = "text";
+};
+
+// The graph of the rules as `plexus check` declares them, each rule with its
+// default options.
+int runGraph(GraphArguments const& arguments) {
+  std::vector<std::string> const unknown = plexus::check::unknownRuleIds(arguments.rules);
+  for (std::string const& id : unknown) {
+    fmt::print(stderr, "plexus: unknown rule id '{}' (plexus check --list-rules lists them)\n", id);
+  }
+  if (!unknown.empty()) return 2;
+  plexus::check::RuleSelection selection = plexus::check::RuleSelection::defaults();
+  if (!arguments.rules.empty()) {
+    std::fill(selection.enabled.begin(), selection.enabled.end(), false);
+    plexus::check::applyCommandLine(selection, arguments.rules, {});
+  }
+  plexus::check::RuleGraph const graph(plexus::check::declarationsOf(selection));
+  fmt::print("{}", arguments.format == "dot" ? plexus::listing::graphToDot(graph.all())
+                                              : plexus::listing::listGraph(graph.all()));
+  return 0;
 }
 
 }  // namespace
@@ -140,6 +185,16 @@ int main(int argc, char** argv) {
   check->add_option("-j,--jobs", checkArguments.jobs, "Worker threads (default: the number of cores)")
       ->check(CLI::Range(1u, 1024u));
   check->add_flag("--list-rules", checkArguments.listRules, "List the rules: id, severity and what each finds");
+  // How a run went, on standard error; and the graph the rules make.
+  check->add_flag("--profile", checkArguments.profile,
+                  "After the run, print the time of each rule, of parsing and of each analysis (standard error)");
+  check->add_flag("--statistics", checkArguments.statistics,
+                  "After the run, print the number of findings of each rule and of files checked (standard error)");
+  GraphArguments graphArguments;
+  CLI::App* graph = app.add_subcommand("graph", "Print the graph that the rules make, shared stages once");
+  graph->add_option("--rules", graphArguments.rules, "Only these rules (default: all)")->delimiter(',');
+  graph->add_option("--format", graphArguments.format, "text (indented) or dot (Graphviz)")
+      ->check(CLI::IsMember({"text", "dot"}));
 
   try {
     app.parse(argc, argv);
@@ -151,6 +206,7 @@ int main(int argc, char** argv) {
     if (*parse) return runParse(parsePaths);
     if (*dump) return runDump(dumpPath);
     if (*check) return runCheck(checkArguments);
+    if (*graph) return runGraph(graphArguments);
   } catch (std::exception const& e) {
     fmt::print(stderr, "plexus: internal error: {}\n", e.what());
     return 2;
