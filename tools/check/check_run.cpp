@@ -4,14 +4,19 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <thread>
 
-#include "frontend/analyze.hpp"
+#include "frontend/analysis/registered_analyses.hpp"
+#include "frontend/parse.hpp"
 #include "frontend/source_decoding.hpp"
 #include "frontend/source_file_reader.hpp"
+#include "platform/analysis/analysis_impl.hpp"
+#include "tools/check/rule_graph.hpp"
 #include "tools/check/suppressions.hpp"
+#include "tools/check/timed_analyses.hpp"
 #include "tools/plexus/source_files.hpp"
 #include "tools/rules/rule_table.hpp"
 
@@ -54,12 +59,12 @@ class SelectionVariants {
   }
 
   // Every option value set of every rule that some selection enables.
-  std::map<std::size_t, std::vector<std::vector<std::int64_t>>> const& declarations() const { return optionValues_; }
+  RuleDeclarations const& declarations() const { return optionValues_; }
 
  private:
   std::vector<RuleSelection> selections_;
   std::vector<std::vector<std::size_t>> variants_;
-  std::map<std::size_t, std::vector<std::vector<std::int64_t>>> optionValues_;
+  RuleDeclarations optionValues_;
 };
 
 // The findings of one file, as its run reports them.
@@ -115,6 +120,37 @@ void finishFindings(std::vector<Finding>& findings, std::string_view bytes) {
   }
 }
 
+using Clock = std::chrono::steady_clock;
+
+// What one worker of a profiled run measured.
+struct WorkerProfile {
+  ca::rulesystem::Profiler vertices;
+  AnalysisTimes analyses;
+  Clock::duration parse{0};
+  Clock::duration busy{0};
+};
+
+RunProfile profileOf(RuleGraph const& graph, std::vector<WorkerProfile> const& workers, Clock::duration wall,
+                     std::size_t files) {
+  ca::rulesystem::Profiler vertices;
+  AnalysisTimes analyses;
+  RunProfile profile;
+  for (WorkerProfile const& worker : workers) {
+    vertices.merge(worker.vertices);
+    analyses.merge(worker.analyses);
+    profile.parse += worker.parse;
+    profile.workers += worker.busy;
+  }
+  std::vector<ProfiledRule> rules;
+  for (auto const& [rule, reports] : graph.reports()) rules.push_back({std::string(rules::ruleTable()[rule].id), reports});
+  profile.rules = ruleTimes(graph.all(), rules, vertices);
+  for (auto const& [name, time] : analyses.byName()) profile.analyses.emplace_back(name, time);
+  profile.wall = wall;
+  profile.threads = static_cast<unsigned>(workers.size());
+  profile.files = files;
+  return profile;
+}
+
 }  // namespace
 
 bool isExcluded(std::string const& path, std::vector<std::string> const& globs) {
@@ -135,6 +171,7 @@ bool isExcluded(std::string const& path, std::vector<std::string> const& globs) 
 }
 
 CheckReport runCheck(CheckOptions const& options) {
+  auto const started = Clock::now();
   CheckReport report;
   std::vector<std::string> files;
   std::vector<Finding> walkFindings;
@@ -174,20 +211,31 @@ CheckReport runCheck(CheckOptions const& options) {
   }
   report.files = files.size();
 
-  ca::rulesystem::AllNodes all;
-  for (auto const& [rule, optionSets] : variants.declarations()) {
-    rules::RuleDefinition const& definition = rules::ruleTable()[rule];
-    if (definition.body->declare == nullptr) continue;
-    for (std::size_t variant = 0; variant < optionSets.size(); ++variant) {
-      definition.body->declare(rules::RuleDeclaration(all, definition, variant, optionSets[variant]));
-    }
+  if (options.progress != nullptr) {
+    options.progress->files.store(files.size(), std::memory_order_relaxed);
+    options.progress->findings.fetch_add(walkFindings.size(), std::memory_order_relaxed);
   }
+
+  RuleGraph const graph(variants.declarations());
+  ca::rulesystem::AllNodes const& all = graph.all();
 
   std::vector<std::vector<Finding>> perFile(files.size());
   std::vector<std::string> failures(files.size());
   std::atomic<std::size_t> next{0};
   std::size_t const syntaxError = rules::syntaxErrorRule().index;
-  auto worker = [&] {
+  unsigned const jobs = options.jobs != 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
+  unsigned const workers = static_cast<unsigned>(std::clamp<std::size_t>(files.size(), 1, jobs));
+  // One of each per worker, merged after the run: the hot path takes no lock.
+  std::vector<WorkerProfile> profiles(options.profile ? workers : 0);
+  for (WorkerProfile& profile : profiles) profile.vertices.enableTiming();
+  auto countDone = [&](std::vector<Finding> const& found) {
+    if (options.progress == nullptr) return;
+    options.progress->findings.fetch_add(found.size(), std::memory_order_relaxed);
+    options.progress->filesDone.fetch_add(1, std::memory_order_relaxed);
+  };
+  auto worker = [&](unsigned self) {
+    WorkerProfile* const profile = options.profile ? &profiles[self] : nullptr;
+    auto const workerStarted = Clock::now();
     frontend::SourceFileReader reader;
     for (std::size_t i = next++; i < files.size(); i = next++) {
       std::string const& path = files[i];
@@ -195,18 +243,28 @@ CheckReport runCheck(CheckOptions const& options) {
       frontend::SourceFileReader::Result const read = reader.read(path.c_str());
       if (!read.ok()) {
         found.push_back(diagnosticFinding(read.diagnostic(path)));
+        countDone(found);
         continue;
       }
-      frontend::AnalysisResult const result = frontend::analyze(read.bytes, path);
+      // As frontend::analyze does, apart so that a profiled run can time the
+      // parse and make the analyses through its timing provider.
+      auto const parseStarted = Clock::now();
+      frontend::ParseResult parsed = frontend::parse(read.bytes, path);
+      if (profile != nullptr) profile->parse += Clock::now() - parseStarted;
       if (variants.wants(selectionOf[i], syntaxError, 0)) {
-        for (frontend::Diagnostic const& diagnostic : result.diagnostics) found.push_back(diagnosticFinding(diagnostic));
+        for (frontend::Diagnostic const& diagnostic : parsed.diagnostics) found.push_back(diagnosticFinding(diagnostic));
       }
-      if (result.analysis != nullptr) {
+      if (parsed.tree != nullptr && !parsed.hasErrors()) {
+        std::shared_ptr<ca::clients::AnalysisProvider const> provider = frontend::registeredAnalyses();
+        if (profile != nullptr) {
+          provider = std::make_shared<TimedAnalysisProvider>(std::move(provider), profile->analyses, &profile->vertices);
+        }
+        ca::clients::AnalysisImpl const analysis(std::move(parsed.tree), std::move(provider));
         FileFindings sink(variants, selectionOf[i], path);
-        ca::rulesystem::MessageHelper const helper{&sink, nullptr};
+        ca::rulesystem::MessageHelper const helper{&sink, profile != nullptr ? &profile->vertices : nullptr};
         try {
-          if (options.beforeRules) options.beforeRules(*result.analysis);
-          all.execute(*result.analysis, &helper);
+          if (options.beforeRules) options.beforeRules(analysis);
+          all.execute(analysis, &helper);
         } catch (std::exception const& e) {
           // A fault of ours, not of the file: said, and the other files go on.
           failures[i] = path + ": internal error: " + e.what();
@@ -214,14 +272,16 @@ CheckReport runCheck(CheckOptions const& options) {
         std::move(sink.findings.begin(), sink.findings.end(), std::back_inserter(found));
       }
       finishFindings(found, read.bytes);
+      countDone(found);
     }
+    if (profile != nullptr) profile->busy = Clock::now() - workerStarted;
   };
-  unsigned const jobs = options.jobs != 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
   {
     std::vector<std::jthread> pool;
-    for (unsigned j = 1; j < std::min<std::size_t>(jobs, files.size()); ++j) pool.emplace_back(worker);
-    worker();
+    for (unsigned j = 1; j < workers; ++j) pool.emplace_back(worker, j);
+    worker(0);
   }
+  if (options.profile) report.profile = profileOf(graph, profiles, Clock::now() - started, files.size());
 
   for (std::string& failure : failures) {
     if (!failure.empty()) report.inputErrors.push_back(std::move(failure));

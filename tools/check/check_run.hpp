@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "tools/check/check_progress.hpp"
 #include "tools/check/finding.hpp"
 #include "tools/check/rule_selection.hpp"
+#include "tools/check/run_profile.hpp"
 
 namespace ca::clients {
 class AnalysisImpl;
@@ -33,6 +35,11 @@ struct CheckOptions {
   /// made when a rule first asks for them, so a measurement of a run
   /// without rules uses this to make them as the rules would.
   std::function<void(ca::clients::AnalysisImpl const& analysis)> beforeRules;
+  /// Measure the time of parsing, of each analysis and of each rule's
+  /// vertices (see CheckReport::profile); it slows the run a little.
+  bool profile = false;
+  /// When set, counted up as the run goes, for a display on another thread.
+  CheckProgress* progress = nullptr;
 };
 
 /// What a run found.
@@ -44,6 +51,8 @@ struct CheckReport {
   /// Problems with the input itself, each a line for standard error: a path
   /// given that does not exist. They make the exit code 2.
   std::vector<std::string> inputErrors;
+  /// What the run measured, when CheckOptions::profile asked for it.
+  std::optional<RunProfile> profile;
 };
 
 /// Whether `path` matches one of the globs: a glob with a `/` is matched

@@ -3,8 +3,12 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +22,10 @@
 #include "tools/check/reports/report_summary.hpp"
 #include "tools/check/reports/rule_command.hpp"
 #include "tools/check/reports/rule_list.hpp"
+#include "tools/check/progress_line.hpp"
+#include "tools/check/rule_graph.hpp"
+#include "tools/check/statistics.hpp"
+#include "tools/listing/graph_listing.hpp"
 #include "tools/plexus/source_files.hpp"
 
 namespace {
@@ -84,6 +92,9 @@ struct CheckArguments {
   bool isolated = false;
   std::string format = "text";  // a key of reportFormatNames()
   std::string output;  // standard output when empty
+  // What a run tells about itself on standard error.
+  bool profile = false;
+  bool statistics = false;
 };
 
 int runCheck(CheckArguments const& arguments) {
@@ -110,6 +121,13 @@ int runCheck(CheckArguments const& arguments) {
   options.excludes = arguments.excludes;
   options.jobs = arguments.jobs;
   plexus::check::applyCommandLine(options.selection, arguments.enable, arguments.disable);
+  options.profile = arguments.profile;
+  plexus::check::CheckProgress progress;
+  std::optional<plexus::check::ProgressLine> progressLine;
+  if (isatty(fileno(stderr)) != 0) {
+    options.progress = &progress;
+    progressLine.emplace(stderr, progress);
+  }
   plexus::check::CheckReport report;
   try {
     using plexus::check::ConfigurationDiscovery;
@@ -122,9 +140,11 @@ int runCheck(CheckArguments const& arguments) {
     };
     report = plexus::check::runCheck(options);
   } catch (plexus::check::ConfigurationError const& error) {
+    progressLine.reset();
     for (std::string const& problem : error.problems()) fmt::print(stderr, "{}\n", problem);
     return 2;
   }
+  progressLine.reset();  // cleared before anything else is printed
   reports::writeReport(output.stream(), report, reports::reportFormatNames().at(arguments.format), output.colour(),
                        std::filesystem::current_path());
   if (!output.finish()) {
@@ -133,9 +153,35 @@ int runCheck(CheckArguments const& arguments) {
   }
   std::fflush(stdout);
   for (std::string const& error : report.inputErrors) fmt::print(stderr, "{}\n", error);
+  if (arguments.statistics) fmt::print(stderr, "{}", plexus::check::formatStatistics(report.findings, report.files));
+  if (report.profile) fmt::print(stderr, "{}", plexus::check::formatProfile(*report.profile));
   fmt::print(stderr, "{}\n", reports::reportSummary(report));
   if (!report.inputErrors.empty()) return 2;
   return report.findings.empty() ? 0 : 1;
+}
+
+struct GraphArguments {
+  std::vector<std::string> rules;
+  std::string format = "text";
+};
+
+// The graph of the rules as `plexus check` declares them, each rule with its
+// default options.
+int runGraph(GraphArguments const& arguments) {
+  std::vector<std::string> const unknown = plexus::check::unknownRuleIds(arguments.rules);
+  for (std::string const& id : unknown) {
+    fmt::print(stderr, "plexus: unknown rule id '{}' (plexus check --list-rules lists them)\n", id);
+  }
+  if (!unknown.empty()) return 2;
+  plexus::check::RuleSelection selection = plexus::check::RuleSelection::defaults();
+  if (!arguments.rules.empty()) {
+    std::fill(selection.enabled.begin(), selection.enabled.end(), false);
+    plexus::check::applyCommandLine(selection, arguments.rules, {});
+  }
+  plexus::check::RuleGraph const graph(plexus::check::declarationsOf(selection));
+  fmt::print("{}", arguments.format == "dot" ? plexus::listing::graphToDot(graph.all())
+                                              : plexus::listing::listGraph(graph.all()));
+  return 0;
 }
 
 }  // namespace
@@ -182,6 +228,16 @@ int main(int argc, char** argv) {
   rule->add_flag("--all", ruleCommand.all, "Every rule, in the order of the table")->excludes(ruleId);
   rule->add_option("--format", ruleFormat, "text (default) or markdown (--all --format markdown makes docs/rules.md)")
       ->check(CLI::IsMember({"text", "markdown"}));
+  // How a run went, on standard error; and the graph the rules make.
+  check->add_flag("--profile", checkArguments.profile,
+                  "After the run, print the time of each rule, of parsing and of each analysis (standard error)");
+  check->add_flag("--statistics", checkArguments.statistics,
+                  "After the run, print the number of findings of each rule and of files checked (standard error)");
+  GraphArguments graphArguments;
+  CLI::App* graph = app.add_subcommand("graph", "Print the graph that the rules make, shared stages once");
+  graph->add_option("--rules", graphArguments.rules, "Only these rules (default: all)")->delimiter(',');
+  graph->add_option("--format", graphArguments.format, "text (indented) or dot (Graphviz)")
+      ->check(CLI::IsMember({"text", "dot"}));
 
   try {
     app.parse(argc, argv);
@@ -197,6 +253,7 @@ int main(int argc, char** argv) {
       ruleCommand.markdown = ruleFormat == "markdown";
       return plexus::check::reports::runRuleCommand(ruleCommand);
     }
+    if (*graph) return runGraph(graphArguments);
   } catch (std::exception const& e) {
     fmt::print(stderr, "plexus: internal error: {}\n", e.what());
     return 2;
