@@ -12,6 +12,7 @@
 #include <string>
 
 #include "tests/support/scratch_folder.hpp"
+#include "tools/rules/rule_table.hpp"
 
 namespace {
 
@@ -62,7 +63,13 @@ TEST(PlexusCheckProfile, PrintsARowPerEnabledRuleAndTheTimeOfParsingAndOfEachAna
   EXPECT_TRUE(holds(run.err, "profile: 3 files on 2 threads, times in ms\n")) << run.err;
   EXPECT_TRUE(holds(run.err, "\nrule ")) << run.err;
   // Two names reached the rule's report.
-  EXPECT_TRUE(holds(run.err, "\nglobal-declaration                           2 ")) << run.err;
+  std::size_t const row = run.err.find("\nglobal-declaration ");
+  ASSERT_NE(row, std::string::npos) << run.err;
+  std::istringstream cells(run.err.substr(row + 1, run.err.find('\n', row + 1) - row - 1));
+  std::string id;
+  int items = -1;
+  cells >> id >> items;
+  EXPECT_EQ(items, 2) << run.err;
   for (char const* line : {"\nshared by rules (each vertex once) ", "\nrules ", "\nparse ", "\nanalysis: names ",
                            "\nanalysis: calls ", "\nanalysis: control flow ", "\nanalysis: use-def ",
                            "\nanalysis: class objects ", "\nother (reading, tree walk, suppressions) ",
@@ -86,19 +93,24 @@ TEST(PlexusCheckStatistics, CountsByRuleWithTotalsOnStandardError) {
             "findings by rule:\n"
             "       2  global-declaration\n"
             "       1  syntax-error\n"
-            "       3  in all, in 3 files checked\n");
+            "       3  in all, in 3 files checked\n"
+            "3 findings in 3 files (3 files checked)\n");
   EXPECT_FALSE(holds(run.out, "findings by rule")) << run.out;
 
   CommandRun const none = plexus(sources.folder, "check --statistics " + sources.b + " --disable global-declaration");
   EXPECT_EQ(none.exitCode, 0) << none.err;
-  EXPECT_EQ(none.err, "findings by rule:\n       0  in all, in 1 file checked\n");
+  EXPECT_EQ(none.err, "findings by rule:\n       0  in all, in 1 file checked\n0 findings in 0 files (1 file checked)\n");
 }
 
 // A run long enough for the progress line's delay: many files to parse and
 // analyse.
 std::string writeManyFiles(ScratchFolder const& folder) {
   std::string body;
-  for (int i = 0; i < 400; ++i) body += "function r = f" + std::to_string(i) + "(a, b)\n  r = a + b * 2;\nend\n";
+  // Each function calls the next, so that no rule finds anything.
+  for (int i = 0; i < 400; ++i) {
+    std::string const next = i + 1 < 400 ? " + f" + std::to_string(i + 1) + "(a, b)" : "";
+    body += "function r = f" + std::to_string(i) + "(a, b)\n  r = a + b * 2" + next + ";\nend\n";
+  }
   for (int file = 0; file < 500; ++file) folder.write("many/f" + std::to_string(file) + ".m", body);
   return folder / "many";
 }
@@ -108,7 +120,8 @@ TEST(PlexusCheckProgress, ShownOnATerminalAndClearedButNeverWhenStandardErrorIsA
   std::string const many = writeManyFiles(folder);
   CommandRun const toFile = plexus(folder, "check -j 1 --statistics " + many);
   EXPECT_EQ(toFile.exitCode, 0) << toFile.err;
-  EXPECT_EQ(toFile.err, "findings by rule:\n       0  in all, in 500 files checked\n");
+  EXPECT_EQ(toFile.err,
+            "findings by rule:\n       0  in all, in 500 files checked\n0 findings in 0 files (500 files checked)\n");
 
   // `script` gives the command a terminal of its own and copies what it
   // shows to a file.
@@ -142,10 +155,16 @@ TEST(PlexusGraph, ListsTheChosenRulesAsTextOrDotAndRefusesAnUnknownRule) {
   EXPECT_TRUE(holds(dot.out, " -> v")) << dot.out;
   EXPECT_TRUE(dot.out.ends_with("}\n")) << dot.out;
 
-  // Every rule by default; the syntax-error rule has no pipeline to show.
+  // Every rule by default, each with its report; the syntax-error rule has
+  // no pipeline to show.
   CommandRun const all = plexus(folder, "graph");
   EXPECT_EQ(all.exitCode, 0) << all.err;
-  EXPECT_EQ(all.out, text.out);
+  for (plexus::rules::RuleDefinition const& rule : plexus::rules::ruleTable()) {
+    bool const shown = holds(all.out, " Report " + std::string(rule.id) + "\n") ||
+                       holds(all.out, " Report " + std::string(rule.id) + " (");
+    EXPECT_EQ(shown, rule.body->declare != nullptr) << rule.id;
+  }
+  EXPECT_TRUE(all.out.starts_with("#1 Root ")) << all.out;
 
   CommandRun const unknown = plexus(folder, "graph --rules global-declaration,no-such-rule");
   EXPECT_EQ(unknown.exitCode, 2);
