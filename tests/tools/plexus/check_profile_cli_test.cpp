@@ -31,13 +31,14 @@ std::string contentsOf(std::string const& path) {
   return text.str();
 }
 
-// A command that hangs fails after a minute rather than stopping the tests.
+// A command that hangs fails after five minutes rather than stopping the
+// tests; the progress test's long runs take most of a minute in sanitized builds.
 // Both streams go to files, so that neither is a terminal.
 CommandRun plexus(ScratchFolder const& folder, std::string const& arguments) {
   std::string const out = folder / "stdout";
   std::string const err = folder / "stderr";
   std::string const command =
-      "timeout 60 " + std::string(PLEXUS_BINARY) + " " + arguments + " >" + out + " 2>" + err;
+      "timeout 300 " + std::string(PLEXUS_BINARY) + " " + arguments + " >" + out + " 2>" + err;
   int const status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentsOf(out), contentsOf(err)};
 }
@@ -102,23 +103,29 @@ TEST(PlexusCheckStatistics, CountsByRuleWithTotalsOnStandardError) {
   EXPECT_EQ(none.err, "findings by rule:\n       0  in all, in 1 file checked\n0 findings in 0 files (1 file checked)\n");
 }
 
-// A run long enough for the progress line's delay: many files to parse and
-// analyse.
+// A run long enough for the progress line's delay: many files to parse.
 std::string writeManyFiles(ScratchFolder const& folder) {
   std::string body;
-  // Each function calls the next, so that no rule finds anything.
-  for (int i = 0; i < 400; ++i) {
-    std::string const next = i + 1 < 400 ? " + f" + std::to_string(i + 1) + "(a, b)" : "";
-    body += "function r = f" + std::to_string(i) + "(a, b)\n  r = a + b * 2" + next + ";\nend\n";
-  }
+  for (int i = 0; i < 400; ++i) body += "function r = f" + std::to_string(i) + "(a, b)\n  r = a + b * 2;\nend\n";
   for (int file = 0; file < 500; ++file) folder.write("many/f" + std::to_string(file) + ".m", body);
   return folder / "many";
+}
+
+// Every rule with a pipeline off: the run parses only, long enough for the
+// progress line in an optimised build and short enough in a sanitized one.
+std::string parseOnly() {
+  std::string ids;
+  for (plexus::rules::RuleDefinition const& rule : plexus::rules::ruleTable()) {
+    if (rule.body->declare == nullptr) continue;
+    ids += (ids.empty() ? "" : ",") + std::string(rule.id);
+  }
+  return " --disable " + ids + " ";
 }
 
 TEST(PlexusCheckProgress, ShownOnATerminalAndClearedButNeverWhenStandardErrorIsAFile) {
   ScratchFolder const folder;
   std::string const many = writeManyFiles(folder);
-  CommandRun const toFile = plexus(folder, "check -j 1 --statistics " + many);
+  CommandRun const toFile = plexus(folder, "check -j 1 --statistics" + parseOnly() + many);
   EXPECT_EQ(toFile.exitCode, 0) << toFile.err;
   EXPECT_EQ(toFile.err,
             "findings by rule:\n       0  in all, in 500 files checked\n0 findings in 0 files (500 files checked)\n");
@@ -126,8 +133,8 @@ TEST(PlexusCheckProgress, ShownOnATerminalAndClearedButNeverWhenStandardErrorIsA
   // `script` gives the command a terminal of its own and copies what it
   // shows to a file.
   if (std::system("command -v script >/dev/null 2>&1") != 0) GTEST_SKIP() << "no `script` to make a terminal";
-  std::string const command = "timeout 60 script -qefc '" + std::string(PLEXUS_BINARY) + " check -j 1 --statistics " +
-                              many + "' /dev/null >" + (folder / "terminal") + " 2>&1";
+  std::string const command = "timeout 300 script -qefc '" + std::string(PLEXUS_BINARY) + " check -j 1 --statistics" +
+                              parseOnly() + many + "' /dev/null >" + (folder / "terminal") + " 2>&1";
   ASSERT_EQ(std::system(command.c_str()), 0);
   std::string const shown = contentsOf(folder / "terminal");
   EXPECT_TRUE(holds(shown, "/500 files, 0 findings, ")) << shown;
